@@ -1,0 +1,58 @@
+// The addon's two entry points and its one table of exports.
+// Thread: the JavaScript thread of each environment that loads the addon.
+#include <napi.h>
+
+#include "capture/capture_handlers.h"
+#include "displays/display_handlers.h"
+#include "platform/call_scope.h"
+
+namespace deskhand {
+namespace {
+
+using Handler = Napi::Value (*)(const Napi::CallbackInfo&);
+
+/// Every exported function runs inside a call scope of its own.
+template <Handler kHandler>
+Napi::Value Scoped(const Napi::CallbackInfo& info) {
+  const platform::CallScope scope;
+  return kHandler(info);
+}
+
+struct Export {
+  const char* name;
+  Handler handler;
+};
+
+constexpr Export kExports[] = {
+    {"captureDisplay", Scoped<CaptureDisplay>},
+    {"captureRegion", Scoped<CaptureRegion>},
+    {"calculateTargetSize", Scoped<CalculateTargetSize>},
+    {"listDisplays", Scoped<ListDisplays>},
+    {"getDisplaySize", Scoped<GetDisplaySize>},
+};
+
+void AttachAll(Napi::Env env, napi_value exports) {
+  Napi::Error first_error;
+  for (const auto& [name, handler] : kExports) {
+    const Napi::Function function = Napi::Function::New(env, handler, name);
+    if (napi_set_named_property(env, exports, name, function) == napi_ok) continue;
+    // Takes a pending exception away, so that the remaining names can still be attached.
+    const Napi::Error error = Napi::Error::New(env);
+    if (first_error.IsEmpty()) first_error = error;
+  }
+  if (!first_error.IsEmpty()) first_error.ThrowAsJavaScriptException();
+}
+
+}  // namespace
+}  // namespace deskhand
+
+extern "C" {
+
+NAPI_MODULE_EXPORT int32_t node_api_module_get_api_version_v1() { return 8; }
+
+NAPI_MODULE_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value exports) {
+  deskhand::AttachAll(env, exports);
+  return exports;
+}
+
+}  // extern "C"

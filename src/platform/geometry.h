@@ -1,0 +1,13 @@
+// Plain geometry that crosses the seam. The coordinate space is the one that each use names.
+#pragma once
+
+namespace deskhand {
+
+struct Rect {
+  double x = 0;
+  double y = 0;
+  double width = 0;
+  double height = 0;
+};
+
+}  // namespace deskhand
