@@ -1,0 +1,22 @@
+# The macOS backend: Objective-C++ with ARC, the same sources for a Mac, for the cross build and for
+# the recording doubles.
+enable_language(OBJCXX)
+set(CMAKE_OBJCXX_STANDARD 20)
+set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)
+set(CMAKE_OBJCXX_EXTENSIONS OFF)
+set(CMAKE_OBJCXX_VISIBILITY_PRESET hidden)
+
+add_library(deskhand_platform OBJECT
+    src/platform/macos/call_scope.mm
+    src/platform/macos/displays.mm
+    src/platform/macos/jpeg_encoding.mm
+    src/platform/macos/main_queue.mm
+    src/platform/macos/screen_capture.mm)
+target_compile_options(deskhand_platform PRIVATE -fobjc-arc -fblocks -fno-exceptions)
+
+# Each defines how the backend finds its frameworks, at compile time and at link time.
+if(DESKHAND_DOUBLES)
+  include(test/macos/Doubles.cmake)
+else()
+  include(cmake/MacosFrameworks.cmake)
+endif()
