@@ -1,0 +1,30 @@
+# The system frameworks, from the SDK of a Mac or from the one that the cross build assembles: both
+# are found through the sysroot.
+
+# ScreenCaptureKit is weak, so that the addon loads, and everything else works, without it.
+target_link_libraries(
+  deskhand_platform
+  PUBLIC "-framework AppKit" "-framework CoreFoundation" "-framework CoreGraphics"
+         "-framework Foundation" "-weak_framework ScreenCaptureKit" objc)
+
+if(CMAKE_CROSSCOMPILING)
+  # A change of the link stubs is a reason to link anew.
+  set_property(TARGET deskhand_platform APPEND
+               PROPERTY INTERFACE_LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/darwin/libraries.mjs)
+endif()
+
+# Whatever is newer than the deployment target is missing from some supported system.
+target_compile_options(deskhand_platform PRIVATE -Werror=unguarded-availability)
+
+# Lets an addon refer to the functions of Node-API version 8, which the program that loads it
+# provides. Any other symbol that no library has fails the link.
+function(deskhand_allow_node_api_lookup target)
+  execute_process(
+    COMMAND node -p "const {v8} = require('node-api-headers').symbols; \
+[...v8.js_native_api_symbols, ...v8.node_api_symbols].join(';')"
+    WORKING_DIRECTORY ${CMAKE_SOURCE_DIR}
+    OUTPUT_VARIABLE _functions
+    OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+  list(TRANSFORM _functions PREPEND "-Wl,-U,_")
+  target_link_options(${target} PRIVATE ${_functions})
+endfunction()
