@@ -1,8 +1,25 @@
 # The Linux/X11 backend: XCB, libjpeg-turbo, GLib.
 find_package(PkgConfig REQUIRED)
-pkg_check_modules(X11_BACKEND REQUIRED IMPORTED_TARGET xcb xcb-randr xcb-shm xcb-xfixes xcb-res
-                  libjpeg gio-unix-2.0)
+pkg_check_modules(X11_BACKEND REQUIRED IMPORTED_TARGET xcb xcb-randr xcb-shm xcb-xfixes libjpeg
+                  gio-unix-2.0)
 
 add_library(deskhand_platform OBJECT
-    src/platform/x11/call_scope.cc)
+    src/platform/x11/active_window.cc
+    src/platform/x11/applications.cc
+    src/platform/x11/area_scaler.cc
+    src/platform/x11/call_scope.cc
+    src/platform/x11/connect.cc
+    src/platform/x11/displays.cc
+    src/platform/x11/grab.cc
+    src/platform/x11/jpeg_encoder.cc
+    src/platform/x11/jpeg_encoding.cc
+    src/platform/x11/main_queue.cc
+    src/platform/x11/monitors.cc
+    src/platform/x11/pixel_format.cc
+    src/platform/x11/pointer.cc
+    src/platform/x11/screen_capture.cc
+    src/platform/x11/session.cc
+    src/platform/x11/shared_memory.cc
+    src/platform/x11/socket_deadline.cc
+    src/platform/x11/task_thread.cc)
 target_link_libraries(deskhand_platform PUBLIC PkgConfig::X11_BACKEND Threads::Threads)

@@ -1,9 +1,24 @@
 #include "platform/call_scope.h"
 
-namespace deskhand::platform {
+#include "platform/x11/call_snapshot.h"
 
-// Nothing here is autoreleased.
-CallScope::CallScope() : handle_(nullptr) {}
-CallScope::~CallScope() { static_cast<void>(handle_); }
+namespace deskhand::platform {
+namespace {
+
+thread_local CallSnapshot snapshot;
+thread_local bool is_open = false;
+
+}  // namespace
+
+CallSnapshot* CurrentCallSnapshot() { return is_open ? &snapshot : nullptr; }
+
+// The handle marks the outermost scope.
+CallScope::CallScope() : handle_(is_open ? nullptr : &snapshot) { is_open = true; }
+
+CallScope::~CallScope() {
+  if (!handle_) return;
+  snapshot = {};
+  is_open = false;
+}
 
 }  // namespace deskhand::platform

@@ -1,0 +1,166 @@
+#include "platform/x11/applications.h"
+
+#include <gio/gdesktopappinfo.h>
+
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <string_view>
+#include <utility>
+
+#include "platform/x11/atoms.h"
+#include "platform/x11/reply.h"
+
+namespace deskhand::platform {
+namespace {
+
+constexpr uint32_t kLongestText = 256;  // in units of 4 bytes; longer names are cut
+constexpr int kDeepest = 8;             // frames lie around frames, but not without end
+
+struct Atoms {
+  xcb_atom_t gtk_application_id;
+  xcb_atom_t net_wm_pid;
+};
+
+/// Everything asked of one window, sent before the first answer is waited for.
+struct Question {
+  xcb_window_t window;
+  xcb_get_window_attributes_cookie_t attributes;
+  xcb_get_property_cookie_t wm_class;
+  xcb_get_property_cookie_t gtk_application_id;
+  xcb_get_property_cookie_t process_id;
+  xcb_query_tree_cookie_t tree;
+};
+
+struct Answer {
+  bool is_shown = false;
+  ShownWindow window;
+  std::vector<xcb_window_t> children;
+};
+
+Question Ask(xcb_connection_t* connection, xcb_window_t window, const Atoms& atoms) {
+  const auto property = [&](xcb_atom_t name, xcb_atom_t type, uint32_t length) {
+    return xcb_get_property(connection, false, window, name, type, 0, length);
+  };
+  return {
+      .window = window,
+      .attributes = xcb_get_window_attributes(connection, window),
+      .wm_class = property(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, kLongestText),
+      .gtk_application_id = property(atoms.gtk_application_id, XCB_ATOM_ANY, kLongestText),
+      .process_id = property(atoms.net_wm_pid, XCB_ATOM_CARDINAL, 1),
+      .tree = xcb_query_tree(connection, window),
+  };
+}
+
+std::string Text(const Reply<xcb_get_property_reply_t>& property) {
+  if (!property || property->format != 8) return {};
+  return {static_cast<const char*>(xcb_get_property_value(property.get())),
+          static_cast<size_t>(xcb_get_property_value_length(property.get()))};
+}
+
+/// Instance and class, each ended by a NUL, see the ICCCM, section 4.1.2.5.
+void ReadClass(const std::string& text, ShownWindow* window) {
+  const size_t end = text.find('\0');
+  window->wm_instance = text.substr(0, end);
+  if (end == std::string::npos) return;
+  const std::string rest = text.substr(end + 1);
+  window->wm_class = rest.substr(0, rest.find('\0'));
+}
+
+/// All replies are taken, used or not: XCB keeps those that nobody takes.
+Answer Read(xcb_connection_t* connection, const Question& question) {
+  const auto attributes =
+      Await(connection, xcb_get_window_attributes_reply, question.attributes);
+  const auto wm_class = Await(connection, xcb_get_property_reply, question.wm_class);
+  const auto gtk_id = Await(connection, xcb_get_property_reply, question.gtk_application_id);
+  const auto process = Await(connection, xcb_get_property_reply, question.process_id);
+  const auto tree = Await(connection, xcb_query_tree_reply, question.tree);
+  Answer answer;
+  answer.is_shown = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+  ReadClass(Text(wm_class), &answer.window);
+  answer.window.gtk_application_id = Text(gtk_id);
+  if (process && process->format == 32 && process->value_len == 1) {
+    std::memcpy(&answer.window.process_id, xcb_get_property_value(process.get()),
+                sizeof(answer.window.process_id));
+  }
+  if (tree) {
+    const xcb_window_t* children = xcb_query_tree_children(tree.get());
+    answer.children.assign(children, children + xcb_query_tree_children_length(tree.get()));
+  }
+  return answer;
+}
+
+bool NamesApplication(const ShownWindow& window) {
+  return !window.wm_class.empty() || !window.wm_instance.empty() ||
+         !window.gtk_application_id.empty() || window.process_id != 0;
+}
+
+/// The file name of the program that a process runs; empty when that cannot be known.
+std::string ProgramOf(uint32_t process_id) {
+  if (process_id == 0) return {};
+  std::error_code error;
+  const auto program =
+      std::filesystem::read_symlink("/proc/" + std::to_string(process_id) + "/exe", error);
+  return error ? std::string() : program.filename().string();
+}
+
+using DesktopEntry = std::unique_ptr<GDesktopAppInfo, decltype(&g_object_unref)>;
+
+DesktopEntry FindEntry(const std::string& bundle_id) {
+  return {g_desktop_app_info_new((bundle_id + ".desktop").c_str()), g_object_unref};
+}
+
+bool EntryMatches(GDesktopAppInfo* entry, const ShownWindow& window) {
+  const char* startup_class = g_desktop_app_info_get_startup_wm_class(entry);
+  if (startup_class &&
+      (window.wm_class == startup_class || window.wm_instance == startup_class)) {
+    return true;
+  }
+  const char* command = g_app_info_get_executable(G_APP_INFO(entry));
+  if (!command) return false;
+  const std::string program = std::filesystem::path(command).filename().string();
+  return !program.empty() &&
+         (window.wm_instance == program || ProgramOf(window.process_id) == program);
+}
+
+}  // namespace
+
+std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session) {
+  xcb_connection_t* connection = session.connection();
+  const Atoms atoms{InternAtom(connection, "_GTK_APPLICATION_ID"),
+                    InternAtom(connection, "_NET_WM_PID")};
+  std::vector<ShownWindow> shown;
+  std::vector<xcb_window_t> level{session.screen().root};
+  for (int depth = 0; depth < kDeepest && !level.empty(); ++depth) {
+    std::vector<Question> questions;
+    for (const xcb_window_t window : level) questions.push_back(Ask(connection, window, atoms));
+    level.clear();
+    for (const Question& question : questions) {
+      Answer answer = Read(connection, question);
+      if (!answer.is_shown) continue;
+      const bool is_root = question.window == session.screen().root;
+      if (!is_root && NamesApplication(answer.window)) {
+        shown.push_back(std::move(answer.window));
+      } else {
+        level.insert(level.end(), answer.children.begin(), answer.children.end());
+      }
+    }
+  }
+  if (!session.error().empty()) return std::nullopt;
+  return shown;
+}
+
+std::optional<std::string> BundleIdOf(const ShownWindow& window) {
+  if (!window.gtk_application_id.empty()) return window.gtk_application_id;
+  if (!window.wm_class.empty()) return window.wm_class;
+  return std::nullopt;
+}
+
+bool MayBelongTo(const ShownWindow& window, const std::string& bundle_id) {
+  if (bundle_id.empty()) return false;
+  if (bundle_id == window.gtk_application_id || bundle_id == window.wm_class) return true;
+  const DesktopEntry entry = FindEntry(bundle_id);
+  return entry && EntryMatches(entry.get(), window);
+}
+
+}  // namespace deskhand::platform

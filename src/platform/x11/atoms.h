@@ -1,0 +1,21 @@
+// Names of properties and messages as the server numbers them.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <string_view>
+
+#include "platform/x11/reply.h"
+
+namespace deskhand::platform {
+
+/// The atom of this name; XCB_ATOM_NONE when nobody has used the name yet, so that no window can
+/// have it, and when the connection is lost.
+inline xcb_atom_t InternAtom(xcb_connection_t* connection, std::string_view name) {
+  const auto reply =
+      Await(connection, xcb_intern_atom_reply,
+            xcb_intern_atom(connection, /*only_if_exists=*/true, name.size(), name.data()));
+  return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+}
+
+}  // namespace deskhand::platform

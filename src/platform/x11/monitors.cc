@@ -1,0 +1,96 @@
+#include "platform/x11/monitors.h"
+
+#include <xcb/randr.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "platform/x11/reply.h"
+
+namespace deskhand::platform {
+namespace {
+
+/// 32-bit FNV-1a.
+uint32_t Hash(const std::string& text) {
+  uint32_t hash = 2166136261u;
+  for (const unsigned char byte : text) hash = (hash ^ byte) * 16777619u;
+  return hash;
+}
+
+std::vector<Monitor> WholeScreen(const Session& session) {
+  const auto geometry = Await(session.connection(), xcb_get_geometry_reply,
+                              xcb_get_geometry(session.connection(), session.screen().root));
+  if (!geometry) return {};
+  const std::string name = "screen";
+  return {{.id = MonitorIds({name}).front(),
+           .name = std::nullopt,
+           .bounds = {0, 0, geometry->width, geometry->height}}};
+}
+
+std::vector<std::string> AtomNames(xcb_connection_t* connection,
+                                   const std::vector<xcb_atom_t>& atoms) {
+  std::vector<xcb_get_atom_name_cookie_t> cookies;
+  for (const xcb_atom_t atom : atoms) cookies.push_back(xcb_get_atom_name(connection, atom));
+  std::vector<std::string> names;
+  for (const auto cookie : cookies) {
+    const auto reply = Await(connection, xcb_get_atom_name_reply, cookie);
+    names.push_back(reply ? std::string(xcb_get_atom_name_name(reply.get()),
+                                        xcb_get_atom_name_name_length(reply.get()))
+                          : std::string());
+  }
+  return names;
+}
+
+}  // namespace
+
+PixelRect Intersect(const PixelRect& a, const PixelRect& b) {
+  const int32_t left = std::max(a.x, b.x);
+  const int32_t top = std::max(a.y, b.y);
+  const int32_t right = std::min(a.x + a.width, b.x + b.width);
+  const int32_t bottom = std::min(a.y + a.height, b.y + b.height);
+  return {left, top, std::max(0, right - left), std::max(0, bottom - top)};
+}
+
+std::vector<uint32_t> MonitorIds(const std::vector<std::string>& names) {
+  std::vector<uint32_t> ids;
+  for (const std::string& name : names) {
+    uint32_t id = Hash(name);
+    // 0 would mean "no display given".
+    while (id == 0 || std::find(ids.begin(), ids.end(), id) != ids.end()) ++id;
+    ids.push_back(id);
+  }
+  return ids;
+}
+
+std::optional<std::vector<Monitor>> QueryMonitors(const Session& session) {
+  xcb_connection_t* connection = session.connection();
+  std::vector<Monitor> monitors;
+  size_t primary = 0;
+  if (session.link().has_monitors) {
+    const auto reply = Await(connection, xcb_randr_get_monitors_reply,
+                             xcb_randr_get_monitors(connection, session.screen().root, true));
+    std::vector<xcb_atom_t> atoms;
+    if (reply) {
+      auto infos = xcb_randr_get_monitors_monitors_iterator(reply.get());
+      for (; infos.rem > 0; xcb_randr_monitor_info_next(&infos)) {
+        const xcb_randr_monitor_info_t& info = *infos.data;
+        if (info.primary) primary = monitors.size();
+        atoms.push_back(info.name);
+        monitors.push_back({.bounds = {info.x, info.y, info.width, info.height}});
+      }
+    }
+    const std::vector<std::string> names = AtomNames(connection, atoms);
+    const std::vector<uint32_t> ids = MonitorIds(names);
+    for (size_t index = 0; index < monitors.size(); ++index) {
+      monitors[index].id = ids[index];
+      if (!names[index].empty()) monitors[index].name = names[index];
+    }
+  }
+  if (monitors.empty()) monitors = WholeScreen(session);
+  if (!session.error().empty()) return std::nullopt;
+  std::rotate(monitors.begin(), monitors.begin() + primary,
+              monitors.empty() ? monitors.begin() : monitors.begin() + primary + 1);
+  return monitors;
+}
+
+}  // namespace deskhand::platform

@@ -1,0 +1,163 @@
+#include "platform/x11/session.h"
+
+#include <poll.h>
+#include <sys/socket.h>
+#include <xcb/randr.h>
+#include <xcb/shm.h>
+#include <xcb/xfixes.h>
+
+#include <cstdlib>
+#include <utility>
+
+#include "platform/x11/connect.h"
+#include "platform/x11/reply.h"
+
+namespace deskhand::platform {
+namespace {
+
+const xcb_screen_t* ScreenByNumber(xcb_connection_t* connection, int number) {
+  auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+  for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
+  return screens.data;
+}
+
+bool IsLocal(xcb_connection_t* connection) {
+  sockaddr_storage address{};
+  socklen_t length = sizeof(address);
+  const int fd = xcb_get_file_descriptor(connection);
+  return getpeername(fd, reinterpret_cast<sockaddr*>(&address), &length) == 0 &&
+         address.ss_family == AF_UNIX;
+}
+
+bool HasExtension(xcb_connection_t* connection, xcb_extension_t* extension) {
+  const xcb_query_extension_reply_t* reply = xcb_get_extension_data(connection, extension);
+  return reply && reply->present;
+}
+
+/// The other end is gone. Says nothing of a server that merely does not answer.
+bool IsHungUp(xcb_connection_t* connection) {
+  if (xcb_connection_has_error(connection)) return true;
+  pollfd socket{xcb_get_file_descriptor(connection), POLLRDHUP, 0};
+  return poll(&socket, 1, 0) > 0;
+}
+
+/// Events that every client gets unasked (keyboard mappings, for one) would pile up.
+void DropEvents(xcb_connection_t* connection) {
+  while (xcb_generic_event_t* event = xcb_poll_for_event(connection)) std::free(event);
+}
+
+/// Guards every channel's link pointer, so that one channel can ask for the other's display.
+std::mutex& Registry() {
+  static std::mutex& mutex = *new std::mutex;
+  return mutex;
+}
+
+/// The display that this process works on: that of a connection that is alive, so that questions and
+/// pictures are about the same screen; else what the environment says now.
+std::string CurrentDisplay() {
+  const std::lock_guard lock(Registry());
+  for (const Channel* channel : {&QueryChannel(), &CaptureChannel()}) {
+    if (channel->link && !IsHungUp(channel->link->connection)) return channel->link->display;
+  }
+  const char* display = std::getenv("DISPLAY");
+  return display ? display : "";
+}
+
+void Replace(Channel& channel, std::shared_ptr<Link> link) {
+  const std::lock_guard lock(Registry());
+  channel.link.swap(link);
+}
+
+}  // namespace
+
+Link::Link(xcb_connection_t* opened, int screen_number, std::string display_name)
+    : connection(opened), display(std::move(display_name)) {
+  screen = ScreenByNumber(connection, screen_number);
+  for (xcb_extension_t* extension : {&xcb_randr_id, &xcb_xfixes_id, &xcb_shm_id}) {
+    xcb_prefetch_extension_data(connection, extension);
+  }
+  // A version must be agreed on before an extension's newer requests are used.
+  if (HasExtension(connection, &xcb_randr_id)) {
+    const auto version = Await(connection, xcb_randr_query_version_reply,
+                               xcb_randr_query_version(connection, 1, 5));
+    has_monitors = version && (version->major_version > 1 || version->minor_version >= 5);
+  }
+  if (HasExtension(connection, &xcb_xfixes_id)) {
+    const auto version = Await(connection, xcb_xfixes_query_version_reply,
+                               xcb_xfixes_query_version(connection, 4, 0));
+    has_cursor_images = version != nullptr;
+  }
+  // File descriptors travel over a local socket only.
+  if (IsLocal(connection) && HasExtension(connection, &xcb_shm_id)) {
+    const auto version =
+        Await(connection, xcb_shm_query_version_reply, xcb_shm_query_version(connection));
+    has_shared_memory =
+        version && (version->major_version > 1 || version->minor_version >= 2);
+  }
+}
+
+Link::~Link() { xcb_disconnect(connection); }
+
+// Never destroyed: the capture thread outlives static destruction.
+Channel& QueryChannel() {
+  static Channel& channel = *new Channel;
+  return channel;
+}
+
+Channel& CaptureChannel() {
+  static Channel& channel = *new Channel;
+  return channel;
+}
+
+Session::Session(Channel& channel, Deadline deadline)
+    : channel_(channel), turn_(channel.mutex, deadline) {
+  if (!turn_.owns_lock()) {
+    error_ = "another request is still waiting for the X server";
+    return;
+  }
+  if (channel_.link) {
+    DropEvents(channel_.link->connection);
+    if (IsHungUp(channel_.link->connection)) Replace(channel_, nullptr);
+  }
+  if (!channel_.link) OpenLink(deadline);
+  if (!channel_.link) return;
+  link_ = channel_.link;
+  bound_.emplace(link_->connection, deadline);
+}
+
+void Session::OpenLink(Deadline deadline) {
+  const std::string display = CurrentDisplay();
+  if (display.empty()) {
+    error_ = "no X display: DISPLAY is not set";
+    return;
+  }
+  ConnectResult opened = ConnectWithin(display, deadline);
+  if (!opened.connection) {
+    error_ = std::move(opened.error);
+    return;
+  }
+  const SocketDeadline bound(opened.connection, deadline);
+  auto link = std::make_shared<Link>(opened.connection, opened.screen, display);
+  if (xcb_connection_has_error(link->connection)) {
+    error_ = "lost the X server at '" + display + "' while connecting";
+    return;
+  }
+  Replace(channel_, std::move(link));
+}
+
+Session::~Session() {
+  bound_.reset();
+  // A broken connection is of no use to the next session; what it held is freed now.
+  if (link_ && xcb_connection_has_error(link_->connection)) Replace(channel_, nullptr);
+}
+
+std::string Session::error() const {
+  if (!link_) return error_;
+  if (bound_->expired()) return "the X server at '" + link_->display + "' does not answer";
+  if (xcb_connection_has_error(link_->connection)) {
+    return "lost the X server at '" + link_->display + "'";
+  }
+  return {};
+}
+
+}  // namespace deskhand::platform

@@ -1,0 +1,77 @@
+// Exclusive, time-bounded use of a connection to the X server.
+// A connection is made when it is first needed and made anew, with the environment's DISPLAY of that
+// moment, when the one before was lost. Threads: any; a session stays on its thread.
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "platform/x11/shared_memory.h"
+#include "platform/x11/socket_deadline.h"
+#include "platform/x11/task_thread.h"
+
+namespace deskhand::platform {
+
+/// One connection, its screen and what the server can do.
+struct Link {
+  Link(xcb_connection_t* connection, int screen_number, std::string display);
+  ~Link();
+  Link(const Link&) = delete;
+  Link& operator=(const Link&) = delete;
+
+  xcb_connection_t* const connection;
+  const std::string display;
+  const xcb_screen_t* screen = nullptr;
+  bool has_monitors = false;       // RandR 1.5
+  bool has_cursor_images = false;  // XFixes 1
+  bool has_shared_memory = false;  // MIT-SHM 1.2, which passes memory as a file descriptor
+  std::shared_ptr<SharedMemory> memory;  // for pictures, made when first needed
+};
+
+/// The place of one long-lived connection. Sessions on a channel take turns.
+struct Channel {
+  std::timed_mutex mutex;
+  std::shared_ptr<Link> link;  // guarded by mutex; replaced under the registry's lock, see session.cc
+};
+
+/// For questions that are answered at once, from the JavaScript thread.
+Channel& QueryChannel();
+
+/// For pictures; used on the capture thread only.
+Channel& CaptureChannel();
+
+class Session {
+ public:
+  /// Waits for its turn and for a connection until `deadline`, which then bounds every wait for a
+  /// reply: whoever waits longer finds the connection broken.
+  Session(Channel& channel, Deadline deadline);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  /// False when there is no connection; error() says why.
+  explicit operator bool() const { return link_ != nullptr; }
+
+  /// Why there is no connection; after a missing reply, what became of the connection; empty when
+  /// it is well.
+  std::string error() const;
+
+  Link& link() const { return *link_; }
+  xcb_connection_t* connection() const { return link_->connection; }
+  const xcb_screen_t& screen() const { return *link_->screen; }
+
+ private:
+  void OpenLink(Deadline deadline);
+
+  Channel& channel_;
+  std::unique_lock<std::timed_mutex> turn_;
+  std::shared_ptr<Link> link_;
+  std::optional<SocketDeadline> bound_;
+  std::string error_;
+};
+
+}  // namespace deskhand::platform
