@@ -1,0 +1,131 @@
+// What the macOS bundle may hold and import, written by hand and reviewed on its own: what the link
+// stubs allow is another list (cmake/darwin/libraries.mjs), so that a slip in one shows in the other.
+// Symbols are spelled as the compiler spells them, without Mach-O's leading underscore.
+
+const frameworks = '/System/Library/Frameworks';
+
+export const exportedFunctions = [
+  'napi_register_module_v1',
+  'node_api_module_get_api_version_v1',
+];
+
+export const weakLibrary = `${frameworks}/ScreenCaptureKit.framework/Versions/A/ScreenCaptureKit`;
+
+/** The system interfaces in use. Each is imported; nothing else is. */
+export const frameworkImports = {
+  [`${frameworks}/AppKit.framework/Versions/C/AppKit`]: [
+    'NSDeviceRGBColorSpace',
+    'NSImageCompressionFactor',
+    'OBJC_CLASS_$_NSBitmapImageRep',
+    'OBJC_CLASS_$_NSGraphicsContext',
+    'OBJC_CLASS_$_NSImage',
+    'OBJC_CLASS_$_NSScreen',
+  ],
+  [`${frameworks}/CoreFoundation.framework/Versions/A/CoreFoundation`]: [
+    'OBJC_CLASS_$_NSDictionary',
+    'OBJC_CLASS_$_NSMutableArray',
+    '__CFConstantStringClassReference',
+    '__NSArray0__',
+  ],
+  [`${frameworks}/CoreGraphics.framework/Versions/A/CoreGraphics`]: ['CGMainDisplayID'],
+  [`${frameworks}/Foundation.framework/Versions/C/Foundation`]: [
+    'NSZeroRect',
+    'OBJC_CLASS_$_NSNumber',
+  ],
+  [weakLibrary]: [
+    'OBJC_CLASS_$_SCContentFilter',
+    'OBJC_CLASS_$_SCScreenshotManager',
+    'OBJC_CLASS_$_SCShareableContent',
+    'OBJC_CLASS_$_SCStreamConfiguration',
+  ],
+};
+
+/** What the compiler may ask of the run-time libraries; which of it, depends on the compiler. */
+export const runtimeImports = {
+  '/usr/lib/libSystem.B.dylib': [
+    ...['_NSConcreteStackBlock', '_Unwind_Resume', '__stack_chk_fail', '__stack_chk_guard'],
+    ...['_dispatch_main_q', 'dispatch_async', 'dispatch_semaphore_create'],
+    ...['dispatch_semaphore_signal', 'dispatch_semaphore_wait', 'dispatch_time'],
+    ...['memcmp', 'memcpy', 'memmove', 'strcmp', 'strlen'],
+  ],
+  '/usr/lib/libc++.1.dylib': [
+    ...['_ZTISt9exception', '_ZNKSt9exception4whatEv', '_ZNSt9exceptionD2Ev', '_ZSt9terminatev'],
+    ...['_ZTISt12length_error', '_ZTVSt12length_error', '_ZNSt12length_errorD1Ev'],
+    ...['_ZNSt11logic_errorC2EPKc', '_ZTISt20bad_array_new_length'],
+    ...['_ZNSt20bad_array_new_lengthC1Ev', '_ZNSt20bad_array_new_lengthD1Ev'],
+    ...['_ZTINSt3__112bad_weak_ptrE', '_ZTVNSt3__112bad_weak_ptrE', '_ZNSt3__112bad_weak_ptrD1Ev'],
+    '_ZNKSt3__119__shared_weak_count13__get_deleterERKSt9type_info',
+    ...['_ZNSt3__119__shared_weak_count14__release_weakEv', '_ZNSt3__119__shared_weak_count4lockEv'],
+    ...['_ZNSt3__119__shared_weak_countD2Ev', '_ZTINSt3__119__shared_weak_countE'],
+    '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6appendEmc',
+    '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6insertEmPKcm',
+    '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE7reserveEm',
+    ...['_ZNSt3__112__next_primeEm', '_ZNSt3__122__libcpp_verbose_abortEPKcz'],
+    ...['_ZNSt3__15mutex4lockEv', '_ZNSt3__15mutex6unlockEv', '_ZNSt3__15mutexD1Ev'],
+    ...['_ZTVN10__cxxabiv117__class_type_infoE', '_ZTVN10__cxxabiv119__pointer_type_infoE'],
+    ...['_ZTVN10__cxxabiv120__function_type_infoE', '_ZTVN10__cxxabiv120__si_class_type_infoE'],
+    ...['__cxa_allocate_exception', '__cxa_begin_catch', '__cxa_free_exception', '__cxa_throw'],
+    ...['__cxa_pure_virtual', '__gxx_personality_v0'],
+  ],
+  '/usr/lib/libobjc.A.dylib': [
+    ...['objc_alloc', 'objc_alloc_init', 'objc_autoreleasePoolPop', 'objc_autoreleasePoolPush'],
+    ...['objc_enumerationMutation', 'objc_msgSend', 'objc_release', 'objc_retain'],
+    ...['objc_retainAutorelease', 'objc_retainAutoreleasedReturnValue'],
+  ],
+};
+
+/** Looked up in every image, since a program may replace them: new, new[], delete, delete[]. */
+export const replaceableFunctions = ['_Znwm', '_Znam', '_ZdlPvm', '_ZdaPv'];
+
+/** Every message that is sent. Each selector is sent; nothing else is. */
+export const selectors = [
+  // Foundation
+  'UTF8String',
+  'addObject:',
+  'array',
+  'base64EncodedStringWithOptions:',
+  'countByEnumeratingWithState:objects:count:',
+  'dictionaryWithObjects:forKeys:count:',
+  'firstObject',
+  'length',
+  'localizedDescription',
+  'numberWithDouble:',
+  'objectAtIndex:',
+  'objectForKey:',
+  'unsignedIntValue',
+
+  // NSScreen
+  'backingScaleFactor',
+  'deviceDescription',
+  'frame',
+  'localizedName',
+  'mainScreen',
+  'screens',
+
+  // NSBitmapImageRep, NSGraphicsContext, NSImage
+  'drawInRect:fromRect:operation:fraction:',
+  'graphicsContextWithBitmapImageRep:',
+  'initWithBitmapDataPlanes:pixelsWide:pixelsHigh:bitsPerSample:samplesPerPixel:hasAlpha:' +
+    'isPlanar:colorSpaceName:bytesPerRow:bitsPerPixel:',
+  'initWithCGImage:size:',
+  'representationUsingType:properties:',
+  'restoreGraphicsState',
+  'saveGraphicsState',
+  'setCurrentContext:',
+
+  // ScreenCaptureKit: content, filter, configuration, screenshot
+  'applications',
+  'bundleIdentifier',
+  'displayID',
+  'displays',
+  'getShareableContentExcludingDesktopWindows:onScreenWindowsOnly:completionHandler:',
+  'initWithDisplay:excludingApplications:exceptingWindows:',
+  'captureImageWithFilter:configuration:completionHandler:',
+  'setCapturesAudio:',
+  'setHeight:',
+  'setScalesToFit:',
+  'setShowsCursor:',
+  'setSourceRect:',
+  'setWidth:',
+  ...['height', 'width'],
+];
