@@ -1,5 +1,7 @@
 # The macOS backend: Objective-C++ with ARC, the same sources for a Mac, for the cross build and for
 # the recording doubles.
+# One compiler for both languages. It is named by its path: enable_language() finds no bare names.
+set(CMAKE_OBJCXX_COMPILER ${CMAKE_CXX_COMPILER})
 enable_language(OBJCXX)
 set(CMAKE_OBJCXX_STANDARD 20)
 set(CMAKE_OBJCXX_STANDARD_REQUIRED ON)

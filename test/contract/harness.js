@@ -1,0 +1,143 @@
+'use strict';
+// The addon over recording doubles of the macOS frameworks: a test sets a scene, calls the addon,
+// and reads the record. When the test ends, the scene fails it for whatever is left over.
+
+const assert = require('node:assert/strict');
+const path = require('node:path');
+
+const buildFolder = path.resolve(
+  process.env.DESKHAND_CONTRACT_BUILD || path.join(__dirname, '../../build/contract'));
+const addonPath = path.join(buildFolder, 'deskhand.node');
+
+const doubles = require(path.join(buildFolder, 'doubles.node'));
+const addon = require(addonPath);
+
+const deadlineMs = 5000;
+
+/** A screen as AppKit has it: points, y up. */
+const builtIn = { id: 1, frame: [0, 0, 1512, 982], scale: 2, name: 'Built-in Display' };
+
+/** What a scene is made of where the test says nothing: one display, everything works. */
+const defaults = {
+  screens: [builtIn],
+  mainScreen: 0,       // index into screens; null: none
+  mainDisplayId: 1,
+  content: {},         // over contentDefaults; the displays are those of the screens
+  image: {},           // over imageDefaults
+  jpeg: { bytes: 1000 },
+  mainQueue: 'serviced',
+  timeScale: 1,        // by which the waits that the addon asks for are multiplied
+  failing: [],         // names of calls that give nil, NULL or an error whenever they are made
+};
+const contentDefaults = {
+  applications: [], result: 'content', error: 'content refused', answer: 'thread', times: 1,
+};
+const imageDefaults = {
+  result: 'image', error: 'capture refused', answer: 'thread', times: 1, size: [3024, 1964],
+};
+
+/** Makes ten seconds last a few milliseconds. */
+const shortTimeouts = { timeScale: 0.002 };
+
+/** The base64 text of the data that the doubles encode a picture to. */
+function jpegText(bytes = defaults.jpeg.bytes) {
+  return Buffer.from(Uint8Array.from({ length: bytes }, (_, i) => [0xff, 0xd8, 0xff][i] ?? i))
+    .toString('base64');
+}
+
+function withDefaults(script) {
+  const whole = { ...defaults, ...script };
+  const displays = whole.screens
+    .filter((screen) => screen.id !== undefined)
+    .map(({ id, frame: [, , width, height] }) => ({ id, width, height }));
+  whole.content = { displays, ...contentDefaults, ...whole.content };
+  whole.image = { ...imageDefaults, ...whole.image };
+  return whole;
+}
+
+/** Resolves once `condition()` holds; says false when it did not within the deadline. */
+async function until(condition) {
+  const deadline = Date.now() + deadlineMs;
+  while (!condition()) {
+    if (Date.now() > deadline) return false;
+    await new Promise(setImmediate);
+  }
+  return true;
+}
+
+/** What the end of a test finds wrong, in words; empty when nothing is. */
+async function problems(script) {
+  const found = [];
+  const isStalled = script.mainQueue === 'stalled';
+  const isQuiet = () => {
+    const left = doubles.leftovers();
+    return left.frameworkThreads === 0 && (isStalled || left.mainQueueBlocks === 0);
+  };
+  if (!await until(isQuiet)) found.push('the frameworks did not come to rest');
+
+  const { mainQueueBlocks, heldAnswers } = doubles.leftovers();
+  if (mainQueueBlocks > 0 && !script.leavesMainQueueBlocks) {
+    found.push(`${mainQueueBlocks} main-queue blocks were not run`);
+  }
+  if (heldAnswers > 0) found.push(`${heldAnswers} held answers were not delivered`);
+
+  doubles.discard();
+  const isEmpty = () => {
+    const { objects, blocks, pools } = doubles.leftovers();
+    return Object.keys(objects).length === 0 && blocks === 0 && pools === 0;
+  };
+  // What a thread is just letting go of is no leak: one look is not enough, but a leak stays.
+  if (!await until(isEmpty)) {
+    const { objects, blocks, pools } = doubles.leftovers();
+    for (const [label, count] of Object.entries(objects)) found.push(`alive: ${count} ${label}`);
+    if (blocks !== 0) found.push(`blocks alive: ${blocks}`);
+    if (pools !== 0) found.push(`autorelease pools open: ${pools}`);
+  }
+  return [...found, ...doubles.violations()];
+}
+
+/** Sets the scene for a test and returns what the test needs of it. */
+function scene(t, script = {}) {
+  const whole = withDefaults(script);
+  doubles.begin(whole);
+  t.after(async () => assert.deepEqual(await problems(whole), []));
+  return {
+    addon,
+
+    /** The calls so far, [name, ...arguments] each, in order; those of one kind of thread if named:
+     * 'js', 'worker', 'main queue' or 'completion'. */
+    calls: (role) => doubles.calls()
+      .filter((call) => role === undefined || call.role === role)
+      .map(({ call }) => call),
+
+    /** The calls with this name. */
+    callsTo: (name) => doubles.calls().map(({ call }) => call).filter((call) => call[0] === name),
+
+    /** The calls of each single thread, in order. */
+    callsByThread: () => {
+      const threads = new Map();
+      for (const { thread, role, call } of doubles.calls()) {
+        const key = `${role} ${thread}`;
+        threads.set(key, [...(threads.get(key) ?? []), call]);
+      }
+      return threads;
+    },
+
+    serviceMainQueue: () => doubles.serviceMainQueue(),
+    waitingMainQueueBlocks: () => doubles.leftovers().mainQueueBlocks,
+
+    /** Delivers the held answers of 'content' or 'image', or all; how many there were. */
+    deliver: (subject) => doubles.deliver(subject),
+    heldAnswers: () => doubles.leftovers().heldAnswers,
+
+    failCall: (ordinal) => doubles.failCall(ordinal),
+    failableCalls: () => doubles.failableCalls(),
+
+    /** Waits for a condition; fails the test when it does not come about. */
+    until: async (condition) => assert.ok(await until(condition), `never: ${condition}`),
+  };
+}
+
+module.exports = {
+  scene, builtIn, shortTimeouts, jpegText, until, doubles, addon, addonPath, buildFolder,
+};

@@ -1,0 +1,4 @@
+// Under this name GNUstep's headers look for the blocks runtime.
+#pragma once
+
+#include <Block.h>

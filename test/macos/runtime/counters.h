@@ -1,0 +1,14 @@
+// What the runtime glue counts, for the end of each test. Thread: any.
+#pragma once
+
+#include <atomic>
+
+namespace macdoubles {
+
+/// @autoreleasepool blocks of ARC code that are open now.
+extern std::atomic<long> open_pools;
+
+/// Blocks copied to the heap and not yet disposed of.
+extern std::atomic<long> live_blocks;
+
+}  // namespace macdoubles
