@@ -26,5 +26,10 @@ function(deskhand_allow_node_api_lookup target)
     OUTPUT_VARIABLE _functions
     OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
   list(TRANSFORM _functions PREPEND "-Wl,-U,_")
-  target_link_options(${target} PRIVATE ${_functions})
+  list(JOIN _functions "\n" _options)
+  # A file, or every message of the linker would stand behind a hundred and forty options.
+  set(_file ${CMAKE_CURRENT_BINARY_DIR}/node_api_functions.rsp)
+  file(CONFIGURE OUTPUT ${_file} CONTENT "${_options}\n" @ONLY)
+  target_link_options(${target} PRIVATE @${_file})
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${_file})
 endfunction()
