@@ -1,0 +1,100 @@
+#include "unit/fake_platform.h"
+
+#include <condition_variable>
+#include <mutex>
+#include <thread>
+#include <utility>
+
+#include "platform/call_scope.h"
+#include "platform/main_queue.h"
+
+namespace deskhand::platform {
+
+FakePlatform& FakePlatform::Get() {
+  static FakePlatform platform;
+  return platform;
+}
+
+void FakePlatform::Reset() { Get() = FakePlatform(); }
+
+CallScope::CallScope() : handle_(nullptr) {}
+CallScope::~CallScope() { static_cast<void>(handle_); }
+
+std::vector<Screen> Screens() { return FakePlatform::Get().screens; }
+std::optional<Screen> MainScreen() { return FakePlatform::Get().main_screen; }
+uint32_t MainDisplayId() { return FakePlatform::Get().main_display_id; }
+double PrimaryScreenHeight() {
+  const auto& screens = FakePlatform::Get().screens;
+  return screens.empty() ? 0 : screens.front().frame.height;
+}
+
+void PostToMainQueue(std::function<void()> work) {
+  FakePlatform& platform = FakePlatform::Get();
+  if (platform.main_queue_is_serviced) {
+    std::thread(std::move(work)).detach();
+  } else {
+    platform.held_back.push_back(std::move(work));
+  }
+}
+
+struct Semaphore::State {
+  std::mutex mutex;
+  std::condition_variable signalled;
+  int count = 0;
+};
+
+Semaphore::Semaphore() : state_(std::make_shared<State>()) {}
+
+void Semaphore::Signal() const {
+  const std::lock_guard lock(state_->mutex);
+  ++state_->count;
+  state_->signalled.notify_one();
+}
+
+bool Semaphore::Wait(std::chrono::nanoseconds timeout) const {
+  std::unique_lock lock(state_->mutex);
+  FakePlatform::Get().waits.push_back(timeout);
+  const bool is_served = FakePlatform::Get().main_queue_is_serviced;
+  // A wait that is to time out does so soon; one that is to end has all the time of a slow machine.
+  const auto patience = is_served ? timeout : timeout / 1000;
+  const auto is_signalled = [this] { return state_->count > 0; };
+  if (!state_->signalled.wait_for(lock, patience, is_signalled)) return false;
+  --state_->count;
+  return true;
+}
+
+std::vector<ShareableDisplay> Displays(const ShareableContent& content) { return content.displays; }
+
+std::vector<std::optional<std::string>> ApplicationBundleIds(const ShareableContent& content) {
+  return content.applications;
+}
+
+void GetShareableContent(ContentHandler handler) {
+  const FakePlatform& platform = FakePlatform::Get();
+  ShareableContentRef content;
+  if (platform.content) content = std::make_shared<const ShareableContent>(*platform.content);
+  handler(std::move(content), platform.content_error);
+}
+
+void CaptureImage(const CaptureFilter& filter, const CaptureConfiguration& configuration,
+                  ImageHandler handler) {
+  FakePlatform& platform = FakePlatform::Get();
+  platform.filter = filter;
+  platform.configuration = configuration;
+  const CapturedImage image;
+  handler(platform.has_image ? &image : nullptr, platform.image_error);
+}
+
+std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage&, int32_t, int32_t,
+                                               double quality) {
+  FakePlatform& platform = FakePlatform::Get();
+  platform.quality = quality;
+  if (!platform.encoded_size) return nullptr;
+  return std::make_shared<const EncodedImage>(EncodedImage{*platform.encoded_size});
+}
+
+size_t SizeInBytes(const EncodedImage& encoded) { return encoded.size; }
+
+std::string Base64(const EncodedImage&) { return "base64 text"; }
+
+}  // namespace deskhand::platform

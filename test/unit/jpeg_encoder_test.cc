@@ -1,0 +1,112 @@
+#include "platform/x11/jpeg_encoder.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <cstdio>
+#include <random>
+#include <vector>
+
+// After <cstdio>: the header needs FILE.
+#include <jpeglib.h>
+
+namespace deskhand::platform {
+namespace {
+
+struct Decoded {
+  int width = 0, height = 0;
+  int horizontal_sampling = 0, vertical_sampling = 0;
+  std::vector<uint8_t> rgb;
+};
+
+Decoded Decode(const JpegData& data) {
+  Decoded decoded;
+  jpeg_decompress_struct info{};
+  jpeg_error_mgr errors;
+  info.err = jpeg_std_error(&errors);
+  jpeg_create_decompress(&info);
+  jpeg_mem_src(&info, data.bytes.get(), data.size);
+  jpeg_read_header(&info, TRUE);
+  decoded.horizontal_sampling = info.comp_info[0].h_samp_factor;
+  decoded.vertical_sampling = info.comp_info[0].v_samp_factor;
+  jpeg_start_decompress(&info);
+  decoded.width = info.output_width;
+  decoded.height = info.output_height;
+  decoded.rgb.resize(size_t{3} * decoded.width * decoded.height);
+  while (info.output_scanline < info.output_height) {
+    JSAMPROW row = decoded.rgb.data() + size_t{3} * decoded.width * info.output_scanline;
+    jpeg_read_scanlines(&info, &row, 1);
+  }
+  jpeg_finish_decompress(&info);
+  jpeg_destroy_decompress(&info);
+  return decoded;
+}
+
+/// Left half red, right half blue.
+JpegData TwoColours(int32_t width, int32_t height, double quality) {
+  return EncodeRows(width, height, quality, [width](int32_t, uint8_t* row) {
+    for (int32_t x = 0; x < width; ++x) {
+      row[4 * x] = x < width / 2 ? 0 : 255;
+      row[4 * x + 1] = 0;
+      row[4 * x + 2] = x < width / 2 ? 255 : 0;
+    }
+  });
+}
+
+JpegData Noise(int32_t width, int32_t height, double quality) {
+  std::mt19937 random(1);
+  return EncodeRows(width, height, quality, [&](int32_t, uint8_t* row) {
+    for (int32_t i = 0; i < 4 * width; ++i) row[i] = static_cast<uint8_t>(random());
+  });
+}
+
+TEST(JpegEncoder, KeepsSizeColoursAndChromaSampling) {
+  for (const auto& [width, height] :
+       {std::pair{64, 48}, {1456, 819}, {33, 17}, {2, 1}, {65500, 2}}) {
+    const Decoded decoded = Decode(TwoColours(width, height, 0.9));
+    ASSERT_EQ(decoded.width, width);
+    ASSERT_EQ(decoded.height, height);
+    EXPECT_EQ(decoded.horizontal_sampling, 2);
+    EXPECT_EQ(decoded.vertical_sampling, 2);
+    if (width < 32) continue;  // chroma of neighbours mixes
+    EXPECT_GT(decoded.rgb[0], 230);
+    EXPECT_LT(decoded.rgb[2], 25);
+    EXPECT_GT(decoded.rgb[3 * (width - 1) + 2], 230);
+  }
+}
+
+TEST(JpegEncoder, GrowsItsBufferForPicturesThatDoNotCompress) {
+  const JpegData data = Noise(1500, 1000, 1.0);
+  EXPECT_GT(data.size, size_t{1} << 20);
+  EXPECT_EQ(Decode(data).height, 1000);
+}
+
+TEST(JpegEncoder, HigherQualityTakesMoreBytes) {
+  size_t last = 0;
+  for (const double quality : {0.01, 0.25, 0.75, 1.0}) {
+    const size_t size = Noise(256, 256, quality).size;
+    EXPECT_GT(size, last);
+    last = size;
+  }
+}
+
+TEST(JpegEncoder, NaNQualityIsTheDefault) {
+  EXPECT_EQ(Noise(64, 64, NAN).size, Noise(64, 64, 0.75).size);
+}
+
+TEST(JpegEncoder, QualityBelowOnePercentIsOnePercent) {
+  EXPECT_EQ(Noise(64, 64, 1e-300).size, Noise(64, 64, 0.01).size);
+}
+
+TEST(JpegEncoder, AcceptsOnlySizesThatAJpegCanHave) {
+  EXPECT_TRUE(IsJpegSize(1, 1));
+  EXPECT_TRUE(IsJpegSize(65500, 2000));
+  EXPECT_TRUE(IsJpegSize(16384, 8192));
+  EXPECT_FALSE(IsJpegSize(0, 10));
+  EXPECT_FALSE(IsJpegSize(10, -1));
+  EXPECT_FALSE(IsJpegSize(65501, 1));
+  EXPECT_FALSE(IsJpegSize(60000, 60000));
+}
+
+}  // namespace
+}  // namespace deskhand::platform
