@@ -1,0 +1,52 @@
+'use strict';
+
+const path = require('node:path');
+const { start, usageOf } = require('./processes.js');
+
+/** The environment of a process that loads the addon; a sanitizer's runtime must come first there. */
+function hostEnvironment(env) {
+  const preload = process.env.DESKHAND_PRELOAD;
+  return preload ? { ...env, LD_PRELOAD: preload } : env;
+}
+
+/**
+ * A fresh process that has loaded the addon and called nothing. `host.addon` has the addon's
+ * functions, each of which returns a promise here; a failure is the error that the addon made, with
+ * `outcome` 'thrown' or 'rejected'.
+ */
+function startHost(t, env) {
+  const child = start(t, process.execPath, [path.join(__dirname, 'host_process.js')], {
+    env: hostEnvironment(env),
+    stdio: ['ignore', 'ignore', 'pipe', 'ipc'],
+  });
+  const waiting = new Map();
+  let nextId = 0;
+  child.on('message', ({ id, outcome, value, error }) => {
+    const { resolve, reject } = waiting.get(id);
+    waiting.delete(id);
+    if (outcome === 'returned') resolve(value);
+    else reject(Object.assign(error, { outcome }));
+  });
+  child.on('exit', (code, signal) => {
+    for (const { reject } of waiting.values()) {
+      reject(new Error(`the host ended with ${signal ?? code}: ${child.errors()}`));
+    }
+    waiting.clear();
+  });
+  const order = (message) =>
+    new Promise((resolve, reject) => {
+      waiting.set(nextId, { resolve, reject });
+      child.send({ id: nextId++, ...message });
+    });
+  return {
+    addon: new Proxy(
+      {},
+      { get: (_, name) => (...args) => order({ order: 'call', name, args }) },
+    ),
+    /** Sets variables in its process.env; undefined removes one. */
+    setEnvironment: (variables) => order({ order: 'environment', variables }),
+    usage: () => usageOf(child.pid),
+  };
+}
+
+module.exports = { hostEnvironment, startHost };
