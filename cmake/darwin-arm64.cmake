@@ -38,7 +38,7 @@ foreach(_language C CXX OBJCXX)
   set(CMAKE_${_language}_COMPILER_TARGET arm64-apple-macos14.0)
 endforeach()
 # Before libc++'s own folder, whose configuration is Linux's.
-set(CMAKE_CXX_FLAGS_INIT "-isystem ${DESKHAND_DARWIN_SDK}/libcxx-config")
+set(CMAKE_CXX_FLAGS_INIT "-isystem \"${DESKHAND_DARWIN_SDK}/libcxx-config\"")
 set(CMAKE_OBJCXX_FLAGS_INIT ${CMAKE_CXX_FLAGS_INIT})
 
 # By name: with --ld-path the compiler does not tell the linker the platform's version.
