@@ -1,7 +1,7 @@
 #include "platform/call_scope.h"
 
 // The two runtime functions behind @autoreleasepool, which cannot span a constructor and a
-// destructor. Declared in Clang's "Objective-C Automatic Reference Counting", section "Runtime support".
+// destructor. Declared in Clang's "Objective-C Automatic Reference Counting", "Runtime support".
 extern "C" void* objc_autoreleasePoolPush(void);
 extern "C" void objc_autoreleasePoolPop(void* pool);
 

@@ -1,8 +1,8 @@
 #include "platform/main_queue.h"
 
-#include <dispatch/dispatch.h>
-
 #include <utility>
+
+#include <dispatch/dispatch.h>
 
 namespace deskhand::platform {
 

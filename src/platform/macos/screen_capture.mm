@@ -1,10 +1,10 @@
 #include "platform/screen_capture.h"
 
+#include <utility>
+
 #import <CoreGraphics/CoreGraphics.h>
 #import <Foundation/Foundation.h>
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
-
-#include <utility>
 
 #include "platform/macos/captured_image.h"
 #include "platform/macos/strings.h"
@@ -40,7 +40,8 @@ void GetShareableContent(ContentHandler handler) {
                                  @autoreleasepool {
                                    ShareableContentRef ref;
                                    if (content) {
-                                     ref = std::make_shared<const ShareableContent>(ShareableContent{content});
+                                     ref = std::make_shared<const ShareableContent>(
+                                         ShareableContent{content});
                                    }
                                    (*shared)(std::move(ref), Description(error));
                                  }
@@ -78,15 +79,14 @@ SCStreamConfiguration* MakeConfiguration(const CaptureConfiguration& configurati
 void CaptureImage(const CaptureFilter& filter, const CaptureConfiguration& configuration,
                   ImageHandler handler) {
   const auto shared = std::make_shared<const ImageHandler>(std::move(handler));
-  [SCScreenshotManager
-      captureImageWithFilter:MakeFilter(filter)
-               configuration:MakeConfiguration(configuration)
-           completionHandler:^(CGImageRef image, NSError* error) {
-             @autoreleasepool {
-               const CapturedImage captured{image};
-               (*shared)(image ? &captured : nullptr, Description(error));
-             }
-           }];
+  [SCScreenshotManager captureImageWithFilter:MakeFilter(filter)
+                                configuration:MakeConfiguration(configuration)
+                            completionHandler:^(CGImageRef image, NSError* error) {
+                              @autoreleasepool {
+                                const CapturedImage captured{image};
+                                (*shared)(image ? &captured : nullptr, Description(error));
+                              }
+                            }];
 }
 
 }  // namespace deskhand::platform

@@ -1,10 +1,10 @@
 // Foundation strings to plain ones. Thread: any, inside an autorelease pool.
 #pragma once
 
-#import <Foundation/Foundation.h>
-
 #include <optional>
 #include <string>
+
+#import <Foundation/Foundation.h>
 
 namespace deskhand::platform {
 
