@@ -1,6 +1,6 @@
 # Toolchain: the macOS bundle (64-bit Arm, macOS 14.0 and later) from Linux, with Debian's LLVM 19.
-# What an Apple SDK would hold is assembled below the build folder; see darwin/README.md. A Mac needs
-# none of this.
+# What an Apple SDK would hold is assembled below the build folder; see darwin/README.md. A Mac
+# needs none of this.
 set(CMAKE_SYSTEM_NAME Darwin)
 set(CMAKE_SYSTEM_VERSION 23.0.0)  # macOS 14.0
 set(CMAKE_SYSTEM_PROCESSOR arm64)

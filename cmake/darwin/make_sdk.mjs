@@ -1,5 +1,5 @@
-// Assembles what a compiler and a linker for macOS look for under -isysroot, from declarations and a
-// table of our own: link stubs, framework headers, the C library's headers, libc++'s configuration.
+// Assembles what a compiler and a linker for macOS look for under -isysroot, from declarations and
+// a table of our own: link stubs, framework and C headers, the configuration of libc++.
 //   node make_sdk.mjs <directory of the SDK> <root of the LLVM installation>
 // A file that is already right keeps its time stamp, so that nothing is rebuilt for it.
 import fs from 'node:fs';
@@ -65,10 +65,11 @@ function stubPath(sdk, { name, installName }) {
  */
 function libcxxConfiguration(llvmRoot) {
   const file = path.join(llvmRoot, 'include/c++/v1/__config_site');
-  const annotationsOff = '#define _LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS';
+  const macro = '_LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS';
+  const annotationsOff = `#define ${macro}`;
   const text = fs.readFileSync(file, 'utf8');
   if (!text.includes(annotationsOff)) throw new Error(`${file} does not say ${annotationsOff}`);
-  return text.replace(annotationsOff, '/* #undef _LIBCPP_HAS_NO_VENDOR_AVAILABILITY_ANNOTATIONS */');
+  return text.replace(annotationsOff, `/* #undef ${macro} */`);
 }
 
 const [sdk, llvmRoot] = process.argv.slice(2);

@@ -32,9 +32,8 @@ function readLoadCommands(file) {
   const [, ...blocks] = objdump(file, '--private-headers').split(/^Load command \d+$/m);
   return blocks.map((block) => {
     const own = block.split(/^Section$/m)[0];
-    return Object.fromEntries(
-      [...own.matchAll(/^ *(\w+) (.*?)(?: \(offset \d+\))?$/gm)].map(([, key, value]) => [key, value]),
-    );
+    const fields = own.matchAll(/^ *(\w+) (.*?)(?: \(offset \d+\))?$/gm);
+    return Object.fromEntries([...fields].map(([, key, value]) => [key, value]));
   });
 }
 
@@ -45,8 +44,8 @@ function readExports(file) {
 }
 
 /**
- * The imports as the loader reads them. `library` is an install name, or 'any' for a look-up in every
- * image by name, or 'replaceable' for a look-up of a definition that a program may replace.
+ * The imports as the loader reads them. `library` is an install name, or 'any' for a look-up in
+ * every image by name, or 'replaceable' for that of a definition which a program may replace.
  */
 function readImports(file, libraries) {
   const row =

@@ -1,5 +1,5 @@
-// The checks of the macOS bundle. Each takes what readBundle() returns and gives the problems that it
-// found, as sentences; none when all is well.
+// The checks of the macOS bundle. Each takes what readBundle() returns and gives the problems that
+// it found, as sentences; none when all is well.
 import { createRequire } from 'node:module';
 
 import * as expected from './expected.mjs';

@@ -1,5 +1,5 @@
 // Verifies the ad-hoc code signature of a Mach-O file: without a right one, a Mac with an Arm
-// processor ends the process that touches the file's pages. All numbers in a signature are big-endian.
+// processor ends the process that touches the file's pages. Numbers in a signature are big-endian.
 import { createHash } from 'node:crypto';
 
 const superBlobMagic = 0xfade0cc0;

@@ -1,6 +1,6 @@
 // What the macOS bundle may hold and import, written by hand and reviewed on its own: what the link
-// stubs allow is another list (cmake/darwin/libraries.mjs), so that a slip in one shows in the other.
-// Symbols are spelled as the compiler spells them, without Mach-O's leading underscore.
+// stubs allow is another list (cmake/darwin/libraries.mjs), so that a slip in one shows in the
+// other. Symbols are spelled as the compiler spells them, without Mach-O's leading underscore.
 
 const frameworks = '/System/Library/Frameworks';
 
@@ -55,7 +55,8 @@ export const runtimeImports = {
     ...['_ZNSt20bad_array_new_lengthC1Ev', '_ZNSt20bad_array_new_lengthD1Ev'],
     ...['_ZTINSt3__112bad_weak_ptrE', '_ZTVNSt3__112bad_weak_ptrE', '_ZNSt3__112bad_weak_ptrD1Ev'],
     '_ZNKSt3__119__shared_weak_count13__get_deleterERKSt9type_info',
-    ...['_ZNSt3__119__shared_weak_count14__release_weakEv', '_ZNSt3__119__shared_weak_count4lockEv'],
+    '_ZNSt3__119__shared_weak_count14__release_weakEv',
+    '_ZNSt3__119__shared_weak_count4lockEv',
     ...['_ZNSt3__119__shared_weak_countD2Ev', '_ZTINSt3__119__shared_weak_countE'],
     '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6appendEmc',
     '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6insertEmPKcm',
