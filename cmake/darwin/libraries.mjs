@@ -1,6 +1,6 @@
 // What the cross build may import, and which system library exports it: the source of the link
-// stubs. A symbol that stands nowhere in this table fails the link. Names are as the compiler spells
-// them, without the underscore that Mach-O puts in front; `classes` are Objective-C classes.
+// stubs. A symbol that stands nowhere in this table fails the link. Names are as the compiler
+// spells them, without the underscore that Mach-O puts in front; `classes` are Objective-C classes.
 //
 // A name is listed under the library that defines it, so that the bundle names the same library as
 // one that was linked on a Mac.
