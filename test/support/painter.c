@@ -5,15 +5,15 @@
 //   window NAME X Y WIDTH HEIGHT COLOUR CLASS managed|unmanaged
 //                       COLOUR is RRGGBB in hexadecimal, CLASS is instance/class or -
 //   move NAME X Y       raise NAME      focus NAME       destroy NAME
-//   hide NAME           show NAME       iconify NAME
+//   hide NAME           iconify NAME
 //   cursor NAME COLOUR  the pointer over that window: a square of 16 pixels, hot spot at (4, 4)
 //   pointer X Y         warps the pointer
 //   background COLOUR   of the root window
 //   grab PATH           writes the whole screen to PATH as a PPM file
-//   managed             answers "error" while no window manager runs
-#include <inttypes.h>
+//   managed             answers "error" while no window manager shows new windows
 #include <poll.h>
 #include <stdbool.h>
+#include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
@@ -23,7 +23,8 @@
 enum {
   kMostWindows = 128,
   kNameSize = 64,
-  kPatienceSeconds = 5,
+  kPatienceMs = 5000,
+  kProbePatienceMs = 100,
   kCursorSize = 16,
   kCursorHotSpot = 4,
   kNormalHintsWords = 18,
@@ -88,18 +89,26 @@ static bool Concerns(const xcb_generic_event_t* event, xcb_window_t window, uint
   }
 }
 
-static bool WaitFor(xcb_window_t window, uint8_t type) {
-  const time_t deadline = time(NULL) + kPatienceSeconds;
+static int64_t NowMs(void) {
+  struct timespec now;
+  clock_gettime(CLOCK_MONOTONIC, &now);
+  return (int64_t)now.tv_sec * 1000 + now.tv_nsec / 1000000;
+}
+
+static bool WaitFor(xcb_window_t window, uint8_t type, int patience_ms) {
+  const int64_t deadline = NowMs() + patience_ms;
   xcb_flush(connection);
-  while (time(NULL) <= deadline && !xcb_connection_has_error(connection)) {
+  while (!xcb_connection_has_error(connection)) {
     xcb_generic_event_t* event = xcb_poll_for_event(connection);
-    if (!event) {
-      poll(&(struct pollfd){xcb_get_file_descriptor(connection), POLLIN, 0}, 1, 100);
+    if (event) {
+      const bool found = Concerns(event, window, type);
+      free(event);
+      if (found) return Sync();
       continue;
     }
-    const bool found = Concerns(event, window, type);
-    free(event);
-    if (found) return Sync();
+    const int64_t left_ms = deadline - NowMs();
+    if (left_ms <= 0) return false;
+    poll(&(struct pollfd){xcb_get_file_descriptor(connection), POLLIN, 0}, 1, (int)left_ms);
   }
   return false;
 }
@@ -144,17 +153,12 @@ static bool CreateWindow(const char* arguments) {
   memcpy(entry->name, name, sizeof(name));
   entry->id = window;
   xcb_map_window(connection, window);
-  return WaitFor(window, XCB_VISIBILITY_NOTIFY);
+  return WaitFor(window, XCB_VISIBILITY_NOTIFY, kPatienceMs);
 }
 
 static bool Hide(xcb_window_t window) {
   xcb_unmap_window(connection, window);
-  return WaitFor(window, XCB_UNMAP_NOTIFY);
-}
-
-static bool Show(xcb_window_t window) {
-  xcb_map_window(connection, window);
-  return WaitFor(window, XCB_VISIBILITY_NOTIFY);
+  return WaitFor(window, XCB_UNMAP_NOTIFY, kPatienceMs);
 }
 
 // The window manager does it, see the ICCCM, section 4.1.4.
@@ -167,7 +171,7 @@ static bool Iconify(xcb_window_t window) {
   xcb_send_event(connection, false, screen->root,
                  XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
                  (const char*)&message);
-  return WaitFor(window, XCB_UNMAP_NOTIFY);
+  return WaitFor(window, XCB_UNMAP_NOTIFY, kPatienceMs);
 }
 
 static bool Raise(xcb_window_t window) {
@@ -256,15 +260,30 @@ static bool GrabScreen(const char* path) {
   return done;
 }
 
-static bool IsManaged(void) {
+static bool AnnouncesManager(void) {
   xcb_get_property_reply_t* reply = xcb_get_property_reply(
       connection,
       xcb_get_property(connection, false, screen->root, Atom("_NET_SUPPORTING_WM_CHECK"),
                        XCB_ATOM_WINDOW, 0, 1),
       NULL);
-  const bool managed = reply && reply->value_len == 1;
+  const bool announced = reply && reply->value_len == 1;
   free(reply);
-  return managed;
+  return announced;
+}
+
+// A window manager that starts announces itself before it looks after windows, and forgets those
+// that come between: only a window that was shown proves that it works.
+static bool IsManaged(void) {
+  if (!AnnouncesManager()) return false;
+  const xcb_window_t probe = xcb_generate_id(connection);
+  const uint32_t events = XCB_EVENT_MASK_VISIBILITY_CHANGE;
+  xcb_create_window(connection, XCB_COPY_FROM_PARENT, probe, screen->root, 0, 0, 8, 8, 0,
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, XCB_CW_EVENT_MASK,
+                    &events);
+  xcb_map_window(connection, probe);
+  const bool shown = WaitFor(probe, XCB_VISIBILITY_NOTIFY, kProbePatienceMs);
+  xcb_destroy_window(connection, probe);
+  return Sync() && shown;
 }
 
 static bool Run(const char* command, const char* arguments) {
@@ -277,8 +296,11 @@ static bool Run(const char* command, const char* arguments) {
   static const struct {
     const char* name;
     bool (*run)(xcb_window_t window);
-  } named[] = {{"hide", Hide},   {"show", Show},   {"iconify", Iconify},
-               {"raise", Raise}, {"focus", Focus}, {"destroy", Destroy}};
+  } named[] = {{"hide", Hide},
+               {"iconify", Iconify},
+               {"raise", Raise},
+               {"focus", Focus},
+               {"destroy", Destroy}};
   for (size_t index = 0; index < sizeof(plain) / sizeof(*plain); ++index) {
     if (strcmp(command, plain[index].name) == 0) return plain[index].run(arguments);
   }
@@ -291,11 +313,9 @@ static bool Run(const char* command, const char* arguments) {
 }
 
 int main(void) {
-  int number = 0;
-  connection = xcb_connect(NULL, &number);
+  connection = xcb_connect(NULL, NULL);
   if (xcb_connection_has_error(connection)) return EXIT_FAILURE;
-  xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-  screen = screens.data;
+  screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
   setvbuf(stdout, NULL, _IOLBF, 0);
   char line[1024];
   while (fgets(line, sizeof(line), stdin)) {
