@@ -4,6 +4,7 @@
 const assert = require('node:assert/strict');
 const { describe, test } = require('node:test');
 const { startDesktop } = require('../support/desktop.js');
+const { NOWHERE, startHost } = require('../support/host.js');
 const { setMonitors } = require('../support/monitors.js');
 const { assertColour, decode } = require('../support/picture.js');
 
@@ -300,7 +301,7 @@ describe('the quality', () => {
 describe('bad arguments of captureDisplay', () => {
   for (const args of [[], [undefined], [null], ['com.example'], [{ length: 0 }], [1, 0.5]]) {
     test(`(${JSON.stringify(args).slice(1, -1)}) throws a plain Error with the usage`, async (t) => {
-      const { addon } = await startDesktop(t, { screen: '320x200x24' });
+      const { addon } = startHost(t, NOWHERE);
       await assert.rejects(addon.captureDisplay(...args), {
         outcome: 'thrown',
         name: 'Error',

@@ -4,7 +4,7 @@
 const assert = require('node:assert/strict');
 const { describe, test } = require('node:test');
 const { startDesktop } = require('../support/desktop.js');
-const { startHost } = require('../support/host.js');
+const { NOWHERE, startHost } = require('../support/host.js');
 const { deleteMonitor, setMonitor, setMonitors } = require('../support/monitors.js');
 const { until } = require('../support/until.js');
 
@@ -247,7 +247,6 @@ main identifier`, async (t) => {
 });
 
 describe('without a server', () => {
-  const nowhere = { ...process.env, DISPLAY: ':59999' };
   const nothing = {
     id: 0,
     width: 0,
@@ -260,12 +259,12 @@ describe('without a server', () => {
   };
 
   test('there are no displays', async (t) => {
-    const { addon } = startHost(t, nowhere);
+    const { addon } = startHost(t, NOWHERE);
     assert.deepEqual(await addon.listDisplays(), []);
   });
 
   test('the display size is the record of nothing', async (t) => {
-    const { addon } = startHost(t, nowhere);
+    const { addon } = startHost(t, NOWHERE);
     const record = await addon.getDisplaySize();
     assert.deepEqual(record, nothing);
     assert.deepEqual(Object.keys(record), RECORD_KEYS);

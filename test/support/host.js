@@ -3,6 +3,9 @@
 const path = require('node:path');
 const { start, usageOf } = require('./processes.js');
 
+/** An environment with a display name under which there is no server. */
+const NOWHERE = { ...process.env, DISPLAY: ':59999' };
+
 /** The environment of a process that loads the addon; a sanitizer's runtime must come first there. */
 function hostEnvironment(env) {
   const preload = process.env.DESKHAND_PRELOAD;
@@ -49,4 +52,4 @@ function startHost(t, env) {
   };
 }
 
-module.exports = { hostEnvironment, startHost };
+module.exports = { NOWHERE, hostEnvironment, startHost };

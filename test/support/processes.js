@@ -75,10 +75,12 @@ async function kill(child) {
 /** What a running process uses of the system. */
 function usageOf(pid) {
   const status = fs.readFileSync(`/proc/${pid}/status`, 'latin1');
+  const bytes = (name) => Number(new RegExp(`^${name}:\\s+(\\d+) kB$`, 'm').exec(status)[1]) * 1024;
   return {
     files: fs.readdirSync(`/proc/${pid}/fd`).length,
     threads: fs.readdirSync(`/proc/${pid}/task`).length,
-    residentBytes: Number(/^VmRSS:\s+(\d+) kB$/m.exec(status)[1]) * 1024,
+    residentBytes: bytes('VmRSS'),
+    peakBytes: bytes('VmHWM'), // the most that was ever resident
   };
 }
 
