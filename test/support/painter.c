@@ -6,6 +6,7 @@
 //                       COLOUR is RRGGBB in hexadecimal, CLASS is instance/class or -
 //   move NAME X Y       raise NAME      focus NAME       destroy NAME
 //   hide NAME           iconify NAME
+//   property NAME ATOM TEXT   sets a text property
 //   cursor NAME COLOUR  the pointer over that window: a square of 16 pixels, hot spot at (4, 4)
 //   pointer X Y         warps the pointer
 //   background COLOUR   of the root window
@@ -200,6 +201,16 @@ static bool Move(const char* arguments) {
   return Sync();
 }
 
+static bool SetProperty(const char* arguments) {
+  char name[kNameSize], atom[kNameSize], text[kNameSize];
+  if (sscanf(arguments, "%63s %63s %63s", name, atom, text) != 3) return false;
+  const xcb_window_t window = Find(name);
+  if (!window) return false;
+  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, Atom(atom), Atom("UTF8_STRING"), 8,
+                      strlen(text), text);
+  return Sync();
+}
+
 static bool SetCursor(const char* arguments) {
   char name[kNameSize];
   unsigned colour;
@@ -290,9 +301,9 @@ static bool Run(const char* command, const char* arguments) {
   static const struct {
     const char* name;
     bool (*run)(const char* arguments);
-  } plain[] = {{"window", CreateWindow},      {"move", Move},
-               {"cursor", SetCursor},         {"pointer", WarpPointer},
-               {"background", SetBackground}, {"grab", GrabScreen}};
+  } plain[] = {{"window", CreateWindow}, {"move", Move},           {"property", SetProperty},
+               {"cursor", SetCursor},    {"pointer", WarpPointer}, {"background", SetBackground},
+               {"grab", GrabScreen}};
   static const struct {
     const char* name;
     bool (*run)(xcb_window_t window);

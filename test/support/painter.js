@@ -64,6 +64,7 @@ function startPainter(t, env) {
     destroy: (name) => order('destroy', name),
     hide: (name) => order('hide', name),
     iconify: (name) => order('iconify', name),
+    property: (name, atom, text) => order('property', name, atom, text),
     cursor: (name, colour) => order('cursor', name, hex(colour)),
     pointer: (x, y) => order('pointer', x, y),
     background: (colour) => order('background', hex(colour)),

@@ -1,0 +1,73 @@
+'use strict';
+
+const path = require('node:path');
+const { pathToFileURL } = require('node:url');
+const fs = require('node:fs');
+const { temporaryFolder } = require('./painter.js');
+const { hasExited, start } = require('./processes.js');
+const { until } = require('./until.js');
+
+/** Resolves when a point of the screen has a colour (#rrggbb) exactly. */
+async function shows({ painter }, program, { x, y, colour }) {
+  const wanted = Number.parseInt(colour.slice(1), 16);
+  await until(
+    async () => {
+      if (hasExited(program)) throw new Error(`a program has ended: ${program.errors()}`);
+      const { rgb, width } = await painter.grab();
+      return rgb.readUIntBE(3 * (y * width + x), 3) === wanted;
+    },
+    `${x}, ${y} of the screen is ${colour}`,
+    { timeoutMs: 30_000 },
+  );
+}
+
+/** Resolves when nothing on the screen changes any more. */
+async function settles({ painter }) {
+  let last = await painter.grab();
+  await until(async () => {
+    const now = await painter.grab();
+    const isSame = now.rgb.equals(last.rgb);
+    last = now;
+    return isSame;
+  }, 'the screen stands still');
+}
+
+/** A terminal that shows `text` on `colour`; resolves when it is on the screen. */
+async function startTerminal(t, desktop, { geometry, probe, colour = '#fffff0', text = '' }) {
+  const file = path.join(temporaryFolder(t), 'text');
+  fs.writeFileSync(file, text);
+  const program = start(
+    t,
+    'xterm',
+    ['-geometry', geometry, '-bg', colour, '-fg', 'black', '-e', 'tail', '-n', '+1', '-f', file],
+    { env: desktop.env },
+  );
+  await shows(desktop, program, { ...probe, colour });
+  await settles(desktop);
+  return program;
+}
+
+/** A browser that shows `html` in a window without controls; resolves when it is on the screen. */
+async function startBrowser(t, desktop, { x, y, width, height, html, probe, colour }) {
+  const folder = temporaryFolder(t);
+  const page = path.join(folder, 'page.html');
+  fs.writeFileSync(page, html);
+  const program = start(
+    t,
+    'chromium',
+    [
+      ...['--no-sandbox', '--disable-gpu', '--no-first-run', '--disable-background-networking'],
+      ...['--disable-component-update', '--disable-sync', '--disable-breakpad', '--noerrdialogs'],
+      `--user-data-dir=${path.join(folder, 'profile')}`,
+      `--window-position=${x},${y}`,
+      `--window-size=${width},${height}`,
+      `--app=${pathToFileURL(page)}`,
+    ],
+    { env: { ...desktop.env, HOME: folder, XDG_CONFIG_HOME: folder, XDG_CACHE_HOME: folder } },
+  );
+  await shows(desktop, program, { ...probe, colour });
+  await settles(desktop);
+  return program;
+}
+
+module.exports = { startBrowser, startTerminal };
