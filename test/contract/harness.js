@@ -5,8 +5,8 @@
 const assert = require('node:assert/strict');
 const path = require('node:path');
 
-const buildFolder = path.resolve(
-  process.env.DESKHAND_CONTRACT_BUILD || path.join(__dirname, '../../build/contract'));
+const { buildFolder } = require('./build_folder');
+
 const addonPath = path.join(buildFolder, 'deskhand.node');
 
 const doubles = require(path.join(buildFolder, 'doubles.node'));
@@ -96,11 +96,19 @@ async function problems(script) {
   return [...found, ...doubles.violations()];
 }
 
-/** Sets the scene for a test and returns what the test needs of it. */
+let isInScene = false;
+
+/** Sets the scene for a test, one per test, and returns what the test needs of it. */
 function scene(t, script = {}) {
-  const whole = withDefaults(script);
+  assert.equal(isInScene, false, 'another scene is still on');
+  isInScene = true;
+  let whole = withDefaults(script);
   doubles.begin(whole);
-  t.after(async () => assert.deepEqual(await problems(whole), []));
+  t.after(async () => {
+    const found = await problems(whole);
+    isInScene = false;
+    assert.deepEqual(found, []);
+  });
   return {
     addon,
 
@@ -130,6 +138,12 @@ function scene(t, script = {}) {
     deliver: (subject) => doubles.deliver(subject),
     heldAnswers: () => doubles.leftovers().heldAnswers,
 
+    /** Goes on with another scene, over the first one. */
+    change: (changes) => {
+      whole = withDefaults({ ...script, ...changes });
+      doubles.change(whole);
+    },
+
     failCall: (ordinal) => doubles.failCall(ordinal),
     failableCalls: () => doubles.failableCalls(),
 
@@ -139,5 +153,5 @@ function scene(t, script = {}) {
 }
 
 module.exports = {
-  scene, builtIn, shortTimeouts, jpegText, until, doubles, addon, addonPath, buildFolder,
+  scene, builtIn, shortTimeouts, jpegText, doubles, addon, addonPath,
 };

@@ -15,6 +15,11 @@ find_library(OBJC_RUNTIME objc HINTS ${_gcc_dir} REQUIRED)
 
 set(_here ${CMAKE_CURRENT_LIST_DIR})
 
+if(DESKHAND_SANITIZE)
+  # Several libraries in one process share one sanitizer runtime, which is loaded before all others.
+  add_link_options(-shared-libasan)
+endif()
+
 # Every Objective-C++ file here, and the glue beneath.
 add_library(macdoubles_language INTERFACE)
 target_include_directories(macdoubles_language SYSTEM INTERFACE
@@ -69,11 +74,6 @@ target_compile_options(macdoubles PRIVATE
     $<$<COMPILE_LANGUAGE:OBJCXX>:-Wno-objc-property-implementation>)
 # Whatever links Objective-C modules has them registered by way of runtime/module_loading.cc.
 target_link_options(macdoubles PUBLIC -Wl,--wrap=__objc_exec_class PRIVATE -Wl,--no-undefined)
-
-if(DESKHAND_SANITIZE)
-  # Several libraries in one process share one sanitizer runtime, which is loaded before all others.
-  add_link_options(-shared-libasan)
-endif()
 
 target_link_libraries(deskhand_platform PUBLIC macdoubles PRIVATE macdoubles_arc)
 

@@ -37,6 +37,11 @@ Napi::Value Begin(const Napi::CallbackInfo& info) {
   return info.Env().Undefined();
 }
 
+Napi::Value Change(const Napi::CallbackInfo& info) {
+  ChangeScene(FromJS(info[0]));
+  return info.Env().Undefined();
+}
+
 Napi::Value GetCalls(const Napi::CallbackInfo& info) {
   const Napi::Env env = info.Env();
   Napi::Array list = Napi::Array::New(env);
@@ -124,6 +129,7 @@ Napi::Object Init(Napi::Env env, Napi::Object exports) {
   static_cast<void>(role);
   PlayMainThread(env);
   exports.Set("begin", Napi::Function::New(env, Begin));
+  exports.Set("change", Napi::Function::New(env, Change));
   exports.Set("calls", Napi::Function::New(env, GetCalls));
   exports.Set("violations", Napi::Function::New(env, GetViolations));
   exports.Set("leftovers", Napi::Function::New(env, GetLeftovers));

@@ -1,6 +1,9 @@
-// Foundation logs what it finds wrong, above all "autorelease called without pool": whatever it
-// says fails the test.
+// Foundation logs what it finds wrong, above all an autorelease without a pool: whatever it says fails
+// the test. An exception that nobody catches ends the process, as on macOS.
 #import <Foundation/Foundation.h>
+
+#include <cstdio>
+#include <cstdlib>
 
 #include "core/recorder.h"
 
@@ -13,6 +16,13 @@ void ReportLog(NSString* message) {
   [pool release];
 }
 
+void EndProcess(NSException* exception) {
+  std::fprintf(stderr, "uncaught %s: %s\n", [[exception name] UTF8String],
+               [[exception reason] UTF8String]);
+  // Not exit(), as GNUstep does: that would run destructors under the feet of other threads.
+  std::abort();
+}
+
 }  // namespace
 
 @interface MacDoublesLog : NSObject
@@ -22,6 +32,7 @@ void ReportLog(NSString* message) {
 
 + (void)load {
   _NSLog_printf_handler = ReportLog;
+  NSSetUncaughtExceptionHandler(EndProcess);
 }
 
 @end

@@ -56,6 +56,12 @@ void BeginScene(Value scene) {
   state.violations.clear();
 }
 
+void ChangeScene(Value scene) {
+  State& state = TheState();
+  const std::lock_guard lock(state.mutex);
+  state.scene = std::move(scene);
+}
+
 Value SceneOf(const std::string& name) {
   State& state = TheState();
   const std::lock_guard lock(state.mutex);

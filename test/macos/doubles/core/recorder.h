@@ -33,6 +33,9 @@ struct Call {
 /// Forgets everything recorded and scripts what follows.
 void BeginScene(Value scene);
 
+/// Scripts what follows differently, in the middle of a test.
+void ChangeScene(Value scene);
+
 /// A part of the scene by its top-level name; null when the test left it out.
 Value SceneOf(const std::string& name);
 
