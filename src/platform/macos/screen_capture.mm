@@ -11,13 +11,15 @@
 
 namespace deskhand::platform {
 
+// Each list is read once: the indices that the logic chooses by are into what it was shown.
 struct ShareableContent {
-  SCShareableContent* shareable;
+  NSArray<SCDisplay*>* displays;
+  NSArray<SCRunningApplication*>* applications;
 };
 
 std::vector<ShareableDisplay> Displays(const ShareableContent& content) {
   std::vector<ShareableDisplay> displays;
-  for (SCDisplay* display in content.shareable.displays) {
+  for (SCDisplay* display in content.displays) {
     displays.push_back({display.displayID, display.width, display.height});
   }
   return displays;
@@ -25,7 +27,7 @@ std::vector<ShareableDisplay> Displays(const ShareableContent& content) {
 
 std::vector<std::optional<std::string>> ApplicationBundleIds(const ShareableContent& content) {
   std::vector<std::optional<std::string>> bundle_ids;
-  for (SCRunningApplication* application in content.shareable.applications) {
+  for (SCRunningApplication* application in content.applications) {
     bundle_ids.push_back(ToString(application.bundleIdentifier));
   }
   return bundle_ids;
@@ -41,7 +43,7 @@ void GetShareableContent(ContentHandler handler) {
                                    ShareableContentRef ref;
                                    if (content) {
                                      ref = std::make_shared<const ShareableContent>(
-                                         ShareableContent{content});
+                                         ShareableContent{content.displays, content.applications});
                                    }
                                    (*shared)(std::move(ref), Description(error));
                                  }
@@ -51,7 +53,7 @@ void GetShareableContent(ContentHandler handler) {
 namespace {
 
 SCContentFilter* MakeFilter(const CaptureFilter& filter) {
-  SCShareableContent* content = filter.content->shareable;
+  const ShareableContent& content = *filter.content;
   NSMutableArray<SCRunningApplication*>* excluded = [NSMutableArray array];
   for (const size_t index : filter.excluded_applications) {
     [excluded addObject:[content.applications objectAtIndex:index]];
