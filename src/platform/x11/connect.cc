@@ -1,5 +1,7 @@
 #include "platform/x11/connect.h"
 
+#include <algorithm>
+#include <chrono>
 #include <condition_variable>
 #include <memory>
 #include <mutex>
@@ -9,6 +11,10 @@
 
 namespace deskhand::platform {
 namespace {
+
+/// How much longer a server is waited for that has let an attempt down before. Short, so that many
+/// requests to a stopped server do not add up; long enough for one that has just gone on.
+constexpr std::chrono::milliseconds kSecondChance{250};
 
 /// Attempts whose caller has gone, by display. xcb_connect cannot be interrupted, so each keeps a
 /// thread until its server answers or dies; there is never more than one for a display.
@@ -79,7 +85,8 @@ ConnectResult ConnectWithin(const std::string& display, Deadline deadline) {
   {
     std::unique_lock lock(abandoned.mutex);
     const auto is_free = [&] { return !abandoned.displays.contains(display); };
-    if (!abandoned.changed.wait_until(lock, deadline, is_free)) return {nullptr, 0, silent};
+    const Deadline patience = std::min(deadline, Clock::now() + kSecondChance);
+    if (!abandoned.changed.wait_until(lock, patience, is_free)) return {nullptr, 0, silent};
   }
   const auto attempt = std::make_shared<Attempt>();
   attempt->display = display;

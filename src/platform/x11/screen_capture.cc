@@ -159,6 +159,7 @@ std::vector<ShareableDisplay> Displays(const ShareableContent& content) {
 
 std::vector<std::optional<std::string>> ApplicationBundleIds(const ShareableContent& content) {
   std::vector<std::optional<std::string>> bundle_ids;
+  if (content.failure) return bundle_ids;  // there is nobody to ask, and no time to lose
   const Session session(CaptureChannel(), content.deadline);
   if (!session) return bundle_ids;
   for (const ShownWindow& window :
