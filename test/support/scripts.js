@@ -1,0 +1,41 @@
+'use strict';
+
+const { once } = require('node:events');
+const { hostEnvironment } = require('./host.js');
+const { start } = require('./processes.js');
+
+/**
+ * Runs a script that loads the addon in a process of its own. `messages` is what it has sent so far;
+ * `next()` resolves with its next message, and with undefined when it ends before; `ended` resolves
+ * with { code, signal, errors, messages }.
+ */
+function startScript(t, file, { env = process.env, args = [] } = {}) {
+  const child = start(t, process.execPath, ['--expose-gc', file, ...args], {
+    env: hostEnvironment(env),
+    stdio: ['ignore', 'ignore', 'pipe', 'ipc'],
+  });
+  const messages = [];
+  child.on('message', (message) => messages.push(message));
+  // 'close' comes when all that it wrote and sent has arrived.
+  const ended = once(child, 'close').then(([code, signal]) => ({
+    code,
+    signal,
+    errors: child.errors(),
+    messages,
+  }));
+  const nextMessage = () => once(child, 'message').then(([message]) => message);
+  return {
+    pid: child.pid,
+    messages,
+    ended,
+    send: (message) => child.send(message),
+    next: () => Promise.race([nextMessage(), ended.then(() => undefined)]),
+  };
+}
+
+/** Runs a script to its end. */
+function runScript(t, file, options) {
+  return startScript(t, file, options).ended;
+}
+
+module.exports = { runScript, startScript };
