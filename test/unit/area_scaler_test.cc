@@ -1,9 +1,9 @@
 #include "platform/x11/area_scaler.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <random>
+
+#include <gtest/gtest.h>
 
 namespace deskhand::platform {
 namespace {
@@ -109,9 +109,11 @@ TEST(AreaScaler, CountsPartlyCoveredPixelsInProportion) {
 
 TEST(AreaScaler, CopesWithWindowsOfAbsurdSizeAndPlace) {
   Canvas source = Noise(16, 16);
-  for (const Window& window :
-       {Window{1e300, 0, 1, 1}, {-1e300, -1e300, 2e300, 2e300}, {0, 0, 1e-300, 1e-300},
-        {1e308, 1e308, 1e308, 1e308}, {15.999999, 15.999999, 1e-9, 1e-9}}) {
+  for (const Window& window : {Window{1e300, 0, 1, 1},
+                               {-1e300, -1e300, 2e300, 2e300},
+                               {0, 0, 1e-300, 1e-300},
+                               {1e308, 1e308, 1e308, 1e308},
+                               {15.999999, 15.999999, 1e-9, 1e-9}}) {
     Canvas target = Scale(source, window, 5, 5);
     EXPECT_EQ(target.at(4, 4)[3], 255);
   }

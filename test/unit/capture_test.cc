@@ -1,6 +1,6 @@
-#include <gtest/gtest.h>
-
 #include <cmath>
+
+#include <gtest/gtest.h>
 
 #include "capture/display_capture.h"
 #include "capture/region_capture.h"
@@ -106,8 +106,7 @@ TEST_F(CaptureTest, ContentThatIsUnavailableIsSaidSo) {
   fake().content_error = "denied";
   EXPECT_EQ(ScreenshotOfDisplay(Request()).error, "Failed to get shareable content: denied");
   fake().content = std::nullopt;
-  EXPECT_EQ(ScreenshotOfRegion(Request(), {}, {}).error,
-            "Failed to get shareable content: denied");
+  EXPECT_EQ(ScreenshotOfRegion(Request(), {}, {}).error, "Failed to get shareable content: denied");
   fake().content_error = std::nullopt;
   EXPECT_EQ(ScreenshotOfDisplay(Request()).error, "Failed to get shareable content");
 }

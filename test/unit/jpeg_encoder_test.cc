@@ -1,11 +1,11 @@
 #include "platform/x11/jpeg_encoder.h"
 
-#include <gtest/gtest.h>
-
 #include <cmath>
 #include <cstdio>
 #include <random>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 // After <cstdio>: the header needs FILE.
 #include <jpeglib.h>

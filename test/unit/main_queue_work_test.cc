@@ -1,8 +1,8 @@
 #include "addon/main_queue_work.h"
 
-#include <gtest/gtest.h>
-
 #include <thread>
+
+#include <gtest/gtest.h>
 
 #include "unit/fake_platform.h"
 

@@ -1,9 +1,9 @@
 #include "platform/x11/pointer.h"
 
-#include <gtest/gtest.h>
-
 #include <cstring>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace deskhand::platform {
 namespace {

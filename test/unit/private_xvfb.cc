@@ -1,12 +1,12 @@
 #include "unit/private_xvfb.h"
 
+#include <cstdlib>
+
 #include <fcntl.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
-
-#include <cstdlib>
 
 namespace deskhand {
 
@@ -16,10 +16,13 @@ PrivateXvfb::PrivateXvfb() {
   posix_spawn_file_actions_t actions;
   posix_spawn_file_actions_init(&actions);
   posix_spawn_file_actions_adddup2(&actions, ends[1], 3);
+  posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
   posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
-  const char* const arguments[] = {"Xvfb",        "-displayfd", "3",       "-screen", "0",
-                                   "1280x720x24", "-noreset",   "-nolisten", "tcp",     nullptr};
-  const int error = posix_spawnp(&pid_, "Xvfb", &actions, nullptr,
+  // A test that a sanitizer ends runs no destructor: the server must not outlive it.
+  const char* const arguments[] = {"setpriv",   "--pdeathsig", "KILL", "Xvfb",        "-displayfd",
+                                   "3",         "-screen",     "0",    "1280x720x24", "-noreset",
+                                   "-nolisten", "tcp",         nullptr};
+  const int error = posix_spawnp(&pid_, "setpriv", &actions, nullptr,
                                  const_cast<char* const*>(arguments), environ);
   posix_spawn_file_actions_destroy(&actions);
   close(ends[1]);

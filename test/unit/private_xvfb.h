@@ -1,9 +1,9 @@
 // An X server of a test's own.
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
+
+#include <sys/types.h>
 
 namespace deskhand {
 

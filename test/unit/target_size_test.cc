@@ -1,9 +1,9 @@
 #include "capture/target_size.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cmath>
+
+#include <gtest/gtest.h>
 
 namespace deskhand {
 void PrintTo(const PixelSize& size, std::ostream* out) {

@@ -1,11 +1,11 @@
 #include "platform/x11/task_thread.h"
 
-#include <gtest/gtest.h>
-
 #include <atomic>
 #include <future>
 #include <memory>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 namespace deskhand::platform {
 namespace {

@@ -1,9 +1,9 @@
 #include "capture/truncation.h"
 
-#include <gtest/gtest.h>
-
 #include <climits>
 #include <cmath>
+
+#include <gtest/gtest.h>
 
 namespace deskhand {
 namespace {

@@ -1,13 +1,13 @@
-// Screenshots and questions from many threads at once, without Node: what the thread sanitizer looks
-// at. Each test has an X server of its own.
-#include <gtest/gtest.h>
-
+// Screenshots and questions from many threads at once, without Node: what the thread sanitizer
+// looks at. Each test has an X server of its own.
 #include <atomic>
 #include <chrono>
 #include <functional>
 #include <string>
 #include <thread>
 #include <vector>
+
+#include <gtest/gtest.h>
 
 #include "capture/display_capture.h"
 #include "capture/region_capture.h"

@@ -110,8 +110,8 @@ Channel& CaptureChannel() {
 }
 
 Session::Session(Channel& channel, Deadline deadline)
-    : channel_(channel), turn_(channel.mutex, deadline) {
-  if (!turn_.owns_lock()) {
+    : channel_(channel), has_turn_(TakeTurn(deadline)) {
+  if (!has_turn_) {
     error_ = "another request is still waiting for the X server";
     return;
   }
@@ -123,6 +123,15 @@ Session::Session(Channel& channel, Deadline deadline)
   if (!channel_.link) return;
   link_ = channel_.link;
   bound_.emplace(link_->connection, deadline);
+}
+
+bool Session::TakeTurn(Deadline deadline) {
+  std::unique_lock lock(channel_.mutex);
+  if (!channel_.free.wait_until(lock, deadline, [this] { return !channel_.is_taken; })) {
+    return false;
+  }
+  channel_.is_taken = true;
+  return true;
 }
 
 void Session::OpenLink(Deadline deadline) {
@@ -149,6 +158,11 @@ Session::~Session() {
   bound_.reset();
   // A broken connection is of no use to the next session; what it held is freed now.
   if (link_ && xcb_connection_has_error(link_->connection)) Replace(channel_, nullptr);
+  link_ = nullptr;
+  if (!has_turn_) return;
+  const std::lock_guard lock(channel_.mutex);
+  channel_.is_taken = false;
+  channel_.free.notify_one();
 }
 
 std::string Session::error() const {

@@ -5,6 +5,7 @@
 
 #include <xcb/xcb.h>
 
+#include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -34,8 +35,10 @@ struct Link {
 
 /// The place of one long-lived connection. Sessions on a channel take turns.
 struct Channel {
-  std::timed_mutex mutex;
-  std::shared_ptr<Link> link;  // guarded by mutex; replaced under the registry's lock, see session.cc
+  std::mutex mutex;
+  std::condition_variable free;
+  bool is_taken = false;
+  std::shared_ptr<Link> link;  // the current session's; replaced under the registry's lock only
 };
 
 /// For questions that are answered at once, from the JavaScript thread.
@@ -65,10 +68,11 @@ class Session {
   const xcb_screen_t& screen() const { return *link_->screen; }
 
  private:
+  bool TakeTurn(Deadline deadline);
   void OpenLink(Deadline deadline);
 
   Channel& channel_;
-  std::unique_lock<std::timed_mutex> turn_;
+  const bool has_turn_;
   std::shared_ptr<Link> link_;
   std::optional<SocketDeadline> bound_;
   std::string error_;
