@@ -14,6 +14,9 @@ const addon = require(addonPath);
 
 const deadlineMs = 5000;
 
+// Once the frameworks are at rest nothing is under way that would let go of anything.
+const leftoverDeadlineMs = 200;
+
 /** A screen as AppKit has it: points, y up. */
 const builtIn = { id: 1, frame: [0, 0, 1512, 982], scale: 2, name: 'Built-in Display' };
 
@@ -56,8 +59,8 @@ function withDefaults(script) {
 }
 
 /** Resolves once `condition()` holds; says false when it did not within the deadline. */
-async function until(condition) {
-  const deadline = Date.now() + deadlineMs;
+async function until(condition, withinMs = deadlineMs) {
+  const deadline = Date.now() + withinMs;
   while (!condition()) {
     if (Date.now() > deadline) return false;
     await new Promise(setImmediate);
@@ -86,8 +89,7 @@ async function problems(script) {
     const { objects, blocks, pools } = doubles.leftovers();
     return Object.keys(objects).length === 0 && blocks === 0 && pools === 0;
   };
-  // What a thread is just letting go of is no leak: one look is not enough, but a leak stays.
-  if (!await until(isEmpty)) {
+  if (!await until(isEmpty, leftoverDeadlineMs)) {
     const { objects, blocks, pools } = doubles.leftovers();
     for (const [label, count] of Object.entries(objects)) found.push(`alive: ${count} ${label}`);
     if (blocks !== 0) found.push(`blocks alive: ${blocks}`);

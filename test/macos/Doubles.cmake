@@ -80,3 +80,7 @@ target_link_libraries(deskhand_platform PUBLIC macdoubles PRIVATE macdoubles_arc
 deskhand_add_node_addon(doubles ${_here}/control/control.cc ${_here}/control/values.cc)
 target_include_directories(doubles PRIVATE ${_here}/runtime)
 target_link_libraries(doubles PRIVATE macdoubles)
+
+# Deliberate faults, by which the tests see that they would be found.
+deskhand_add_node_addon(faulty ${_here}/faults/faulty.mm)
+target_link_libraries(faulty PRIVATE macdoubles macdoubles_arc)
