@@ -6,6 +6,11 @@ const { start, usageOf } = require('./processes.js');
 /** An environment with a display name under which there is no server. */
 const NOWHERE = { ...process.env, DISPLAY: ':59999' };
 
+/** Whether the addon under test is built with a sanitizer. */
+function isSanitized() {
+  return Boolean(process.env.DESKHAND_PRELOAD);
+}
+
 /** The environment of a process that loads the addon; a sanitizer's runtime must come first there. */
 function hostEnvironment(env) {
   const preload = process.env.DESKHAND_PRELOAD;
@@ -52,4 +57,4 @@ function startHost(t, env) {
   };
 }
 
-module.exports = { NOWHERE, hostEnvironment, startHost };
+module.exports = { NOWHERE, hostEnvironment, isSanitized, startHost };
