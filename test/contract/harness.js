@@ -48,7 +48,8 @@ function jpegText(bytes = defaults.jpeg.bytes) {
     .toString('base64');
 }
 
-function withDefaults(script) {
+/** A whole scene from what a test says of it, for those that speak to the doubles themselves. */
+function sceneWithDefaults(script) {
   const whole = { ...defaults, ...script };
   const displays = whole.screens
     .filter((screen) => screen.id !== undefined)
@@ -104,7 +105,7 @@ let isInScene = false;
 function scene(t, script = {}) {
   assert.equal(isInScene, false, 'another scene is still on');
   isInScene = true;
-  let whole = withDefaults(script);
+  let whole = sceneWithDefaults(script);
   doubles.begin(whole);
   t.after(async () => {
     const found = await problems(whole);
@@ -142,7 +143,7 @@ function scene(t, script = {}) {
 
     /** Goes on with another scene, over the first one. */
     change: (changes) => {
-      whole = withDefaults({ ...script, ...changes });
+      whole = sceneWithDefaults({ ...script, ...changes });
       doubles.change(whole);
     },
 
@@ -155,5 +156,5 @@ function scene(t, script = {}) {
 }
 
 module.exports = {
-  scene, builtIn, shortTimeouts, jpegText, doubles, addon, addonPath,
+  scene, sceneWithDefaults, until, builtIn, shortTimeouts, jpegText, doubles, addon, addonPath,
 };

@@ -41,6 +41,7 @@ add_library(macdoubles SHARED
     ${_here}/runtime/module_loading.cc
     ${_here}/runtime/personality.cc
     ${_here}/doubles/core/answers.mm
+    ${_here}/doubles/core/classes.mm
     ${_here}/doubles/core/foundation_log.mm
     ${_here}/doubles/core/framework_threads.mm
     ${_here}/doubles/core/recorder.cc

@@ -9,6 +9,7 @@
 #include <napi.h>
 
 #include "core/answers.h"
+#include "core/classes.h"
 #include "core/framework_threads.h"
 #include "core/live_objects.h"
 #include "core/recorder.h"
@@ -127,6 +128,7 @@ Napi::Object Init(Napi::Env env, Napi::Object exports) {
   // Never destroyed: this thread plays JavaScript's part from now on.
   static const ThreadRole& role = *new ThreadRole("js");
   static_cast<void>(role);
+  PrepareClasses();
   PlayMainThread(env);
   exports.Set("begin", Napi::Function::New(env, Begin));
   exports.Set("change", Napi::Function::New(env, Change));
