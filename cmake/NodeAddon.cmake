@@ -25,6 +25,9 @@ function(deskhand_add_node_addon name)
   else()
     # nodelete: Node unloads an addon when the worker thread that loaded it ends, and the backend has
     # threads of its own.
-    target_link_options(${name} PRIVATE -Wl,-z,now -Wl,-z,nodelete -Wl,--as-needed)
+    target_link_options(
+      ${name} PRIVATE -Wl,-z,now -Wl,-z,nodelete -Wl,--as-needed
+                      -Wl,--version-script=${CMAKE_SOURCE_DIR}/cmake/exports.map)
+    set_property(TARGET ${name} APPEND PROPERTY LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/exports.map)
   endif()
 endfunction()

@@ -2,11 +2,11 @@
 // Thread: the JavaScript thread.
 #pragma once
 
-#include <napi.h>
-
 #include <optional>
 #include <string>
 #include <vector>
+
+#include <napi.h>
 
 namespace deskhand {
 

@@ -1,6 +1,7 @@
 // Work on the main queue that a worker-pool thread waits for.
 // The state is shared: a completion that comes after the wait was given up finds it alive, changes
-// nothing that anybody reads, and frees it. Threads: Settle functions any, Wait once, on the waiter.
+// nothing that anybody reads, and frees it. Threads: Settle functions any, Wait once, on the
+// waiter.
 #pragma once
 
 #include <chrono>

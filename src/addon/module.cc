@@ -24,10 +24,8 @@ struct Export {
 };
 
 constexpr Export kExports[] = {
-    {"captureDisplay", Scoped<CaptureDisplay>},
-    {"captureRegion", Scoped<CaptureRegion>},
-    {"calculateTargetSize", Scoped<CalculateTargetSize>},
-    {"listDisplays", Scoped<ListDisplays>},
+    {"captureDisplay", Scoped<CaptureDisplay>},           {"captureRegion", Scoped<CaptureRegion>},
+    {"calculateTargetSize", Scoped<CalculateTargetSize>}, {"listDisplays", Scoped<ListDisplays>},
     {"getDisplaySize", Scoped<GetDisplaySize>},
 };
 

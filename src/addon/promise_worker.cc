@@ -1,11 +1,9 @@
 #include "addon/promise_worker.h"
 
-#include <utility>
-
 namespace deskhand {
 
 PromiseWorker::PromiseWorker(Napi::Env env, Napi::Promise::Deferred deferred)
-    : Napi::AsyncWorker(env), deferred_(std::move(deferred)) {}
+    : Napi::AsyncWorker(env), deferred_(deferred) {}
 
 Napi::Value PromiseWorker::Start(PromiseWorker* worker) {
   const Napi::Promise promise = worker->deferred_.Promise();

@@ -6,8 +6,8 @@
 
 namespace deskhand {
 
-/// Runs Execute() off the JavaScript thread and settles its promise exactly once: with Result() when
-/// Execute() set no error, else with an Error that carries the text given to SetError().
+/// Runs Execute() off the JavaScript thread and settles its promise exactly once: with Result()
+/// when Execute() set no error, else with an Error that carries the text given to SetError().
 class PromiseWorker : public Napi::AsyncWorker {
  public:
   /// Queues the worker, which deletes itself after settling. Returns the promise.

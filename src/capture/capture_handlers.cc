@@ -29,7 +29,7 @@ uint32_t ReadDisplayId(const Napi::CallbackInfo& info, size_t index) {
 class CaptureWorker : public PromiseWorker {
  protected:
   CaptureWorker(Napi::Env env, Napi::Promise::Deferred deferred, CaptureRequest request)
-      : PromiseWorker(env, std::move(deferred)), request_(std::move(request)) {}
+      : PromiseWorker(env, deferred), request_(std::move(request)) {}
 
   virtual Outcome<Screenshot> Take(const CaptureRequest& request) const = 0;
 
@@ -60,7 +60,7 @@ class CaptureWorker : public PromiseWorker {
 class CaptureDisplayWorker final : public CaptureWorker {
  public:
   CaptureDisplayWorker(Napi::Env env, Napi::Promise::Deferred deferred, CaptureRequest request)
-      : CaptureWorker(env, std::move(deferred), std::move(request)) {}
+      : CaptureWorker(env, deferred, std::move(request)) {}
 
  protected:
   Outcome<Screenshot> Take(const CaptureRequest& request) const override {
@@ -83,9 +83,7 @@ class CaptureRegionWorker final : public CaptureWorker {
  public:
   CaptureRegionWorker(Napi::Env env, Napi::Promise::Deferred deferred, CaptureRequest request,
                       const Rect& region, PixelSize output)
-      : CaptureWorker(env, std::move(deferred), std::move(request)),
-        region_(region),
-        output_(output) {}
+      : CaptureWorker(env, deferred, std::move(request)), region_(region), output_(output) {}
 
  protected:
   Outcome<Screenshot> Take(const CaptureRequest& request) const override {
@@ -137,9 +135,8 @@ Napi::Value CaptureRegion(const Napi::CallbackInfo& info) {
                     ReadDouble(info[4])};
   const PixelSize output{ReadInt32(info[5]), ReadInt32(info[6])};
   CaptureRequest request{std::move(*bundle_ids), ReadQuality(info, 7), ReadDisplayId(info, 8)};
-  return PromiseWorker::Start(
-      new CaptureRegionWorker(info.Env(), Napi::Promise::Deferred::New(info.Env()),
-                              std::move(request), region, output));
+  return PromiseWorker::Start(new CaptureRegionWorker(
+      info.Env(), Napi::Promise::Deferred::New(info.Env()), std::move(request), region, output));
 }
 
 }  // namespace deskhand

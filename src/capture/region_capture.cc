@@ -3,7 +3,7 @@
 namespace deskhand {
 
 Outcome<Screenshot> ScreenshotOfRegion(const CaptureRequest& request, const Rect& region,
-                                  PixelSize output) {
+                                       PixelSize output) {
   const auto plan = [region, output](const platform::ShareableDisplay&) {
     CapturePlan planned;
     planned.configuration.source_rect = region;

@@ -11,6 +11,6 @@ namespace deskhand {
 /// `region` in points of the captured display, origin at its top-left corner; neither it nor
 /// `output` is checked, the platform decides what an odd one gives.
 Outcome<Screenshot> ScreenshotOfRegion(const CaptureRequest& request, const Rect& region,
-                                  PixelSize output);
+                                       PixelSize output);
 
 }  // namespace deskhand

@@ -4,8 +4,8 @@
 
 namespace deskhand::platform {
 
-/// Temporary platform objects made while a scope is open are released when it closes: an autorelease
-/// pool on macOS, nothing on X11. Scopes nest.
+/// Temporary platform objects made while a scope is open are released when it closes: an
+/// autorelease pool on macOS, nothing on X11. Scopes nest.
 class CallScope {
  public:
   CallScope();

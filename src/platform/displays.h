@@ -14,9 +14,10 @@
 namespace deskhand::platform {
 
 struct Screen {
-  std::optional<uint32_t> id = {};  // display identifier; a screen without one is never matched or listed
-  Rect frame = {};                  // the full screen, menu bars and docks included
-  double scale_factor = 0;     // pixels per point
+  std::optional<uint32_t> id =
+      {};                   // display identifier; a screen without one is never matched or listed
+  Rect frame = {};          // the full screen, menu bars and docks included
+  double scale_factor = 0;  // pixels per point
   std::optional<std::string> name = {};  // UTF-8
 };
 

@@ -1,6 +1,6 @@
 // What can be captured, one picture of it, and its JPEG form.
-// Space: points of the captured display, origin at its top-left corner, y down; sizes of pictures in
-// pixels. Threads: the two requests start on the main queue and answer on any thread, once, each
+// Space: points of the captured display, origin at its top-left corner, y down; sizes of pictures
+// in pixels. Threads: the two requests start on the main queue and answer on any thread, once, each
 // inside a call scope of its own; what they hand over is borrowed for the length of the answer.
 #pragma once
 
@@ -44,8 +44,8 @@ void GetShareableContent(ContentHandler handler);
 
 struct CaptureFilter {
   ShareableContentRef content;
-  size_t display = 0;                          // index into Displays(*content)
-  std::vector<size_t> excluded_applications;   // indices into ApplicationBundleIds(*content)
+  size_t display = 0;                            // index into Displays(*content)
+  std::vector<size_t> excluded_applications;     // indices into ApplicationBundleIds(*content)
   std::vector<std::string> excluded_bundle_ids;  // as the caller named them, running or not: a
                                                  // platform without live filters holds them against
                                                  // what is on screen at the moment of capture

@@ -13,9 +13,9 @@ xcb_window_t ManagedActiveWindow(const Session& session) {
   xcb_connection_t* connection = session.connection();
   const xcb_atom_t property = InternAtom(connection, "_NET_ACTIVE_WINDOW");
   if (property == XCB_ATOM_NONE) return XCB_NONE;
-  const auto reply = Await(connection, xcb_get_property_reply,
-                           xcb_get_property(connection, false, session.screen().root, property,
-                                            XCB_ATOM_WINDOW, 0, 1));
+  const auto reply = Await(
+      connection, xcb_get_property_reply,
+      xcb_get_property(connection, false, session.screen().root, property, XCB_ATOM_WINDOW, 0, 1));
   if (!reply || reply->format != 32 || reply->value_len < 1) return XCB_NONE;
   xcb_window_t window = XCB_NONE;
   std::memcpy(&window, xcb_get_property_value(reply.get()), sizeof(window));

@@ -1,12 +1,12 @@
 #include "platform/x11/applications.h"
 
-#include <gio/gdesktopappinfo.h>
-
 #include <cstring>
 #include <filesystem>
 #include <memory>
 #include <string_view>
 #include <utility>
+
+#include <gio/gdesktopappinfo.h>
 
 #include "platform/x11/atoms.h"
 #include "platform/x11/reply.h"
@@ -69,8 +69,7 @@ void ReadClass(const std::string& text, ShownWindow* window) {
 
 /// All replies are taken, used or not: XCB keeps those that nobody takes.
 Answer Read(xcb_connection_t* connection, const Question& question) {
-  const auto attributes =
-      Await(connection, xcb_get_window_attributes_reply, question.attributes);
+  const auto attributes = Await(connection, xcb_get_window_attributes_reply, question.attributes);
   const auto wm_class = Await(connection, xcb_get_property_reply, question.wm_class);
   const auto gtk_id = Await(connection, xcb_get_property_reply, question.gtk_application_id);
   const auto process = Await(connection, xcb_get_property_reply, question.process_id);
@@ -112,8 +111,7 @@ DesktopEntry FindEntry(const std::string& bundle_id) {
 
 bool EntryMatches(GDesktopAppInfo* entry, const ShownWindow& window) {
   const char* startup_class = g_desktop_app_info_get_startup_wm_class(entry);
-  if (startup_class &&
-      (window.wm_class == startup_class || window.wm_instance == startup_class)) {
+  if (startup_class && (window.wm_class == startup_class || window.wm_instance == startup_class)) {
     return true;
   }
   const char* command = g_app_info_get_executable(G_APP_INFO(entry));
@@ -133,6 +131,7 @@ std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session) {
   std::vector<xcb_window_t> level{session.screen().root};
   for (int depth = 0; depth < kDeepest && !level.empty(); ++depth) {
     std::vector<Question> questions;
+    questions.reserve(level.size());
     for (const xcb_window_t window : level) questions.push_back(Ask(connection, window, atoms));
     level.clear();
     for (const Question& question : questions) {

@@ -11,7 +11,8 @@
 
 namespace deskhand::platform {
 
-/// What a viewable window tells of the application that it belongs to; empty where it tells nothing.
+/// What a viewable window tells of the application that it belongs to; empty where it tells
+/// nothing.
 struct ShownWindow {
   std::string wm_instance;
   std::string wm_class;
@@ -26,8 +27,8 @@ std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session);
 /// The application's identifier as far as the window itself tells it; none when it does not.
 std::optional<std::string> BundleIdOf(const ShownWindow& window);
 
-/// Whether `bundle_id` may mean the window's application: by what the window says, or by the desktop
-/// entry of that name. Errs on the side of yes.
+/// Whether `bundle_id` may mean the window's application: by what the window says, or by the
+/// desktop entry of that name. Errs on the side of yes.
 bool MayBelongTo(const ShownWindow& window, const std::string& bundle_id);
 
 }  // namespace deskhand::platform

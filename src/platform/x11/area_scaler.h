@@ -8,14 +8,14 @@
 
 namespace deskhand::platform {
 
-/// Where one target pixel of an axis comes from: weights of consecutive source pixels. They add up to
-/// the axis' `unit` where the target pixel lies inside the source, to less where it sticks out, as if
-/// the outside were black.
+/// Where one target pixel of an axis comes from: weights of consecutive source pixels. They add up
+/// to the axis' `unit` where the target pixel lies inside the source, to less where it sticks out,
+/// as if the outside were black.
 struct AxisWeights {
   struct Span {
-    int32_t first = 0;    // source pixel
+    int32_t first = 0;  // source pixel
     int32_t count = 0;
-    size_t offset = 0;    // of the first weight
+    size_t offset = 0;  // of the first weight
   };
   std::vector<Span> spans;  // one per target pixel
   std::vector<uint16_t> weights;
@@ -59,7 +59,8 @@ class AreaScaler {
   const Picture source_;
   const AxisWeights columns_;
   const AxisWeights rows_;
-  std::vector<uint16_t> summed_;  // one source row's width, weighted sum of the rows of a target row
+  std::vector<uint16_t>
+      summed_;  // one source row's width, weighted sum of the rows of a target row
 };
 
 }  // namespace deskhand::platform

@@ -1,9 +1,9 @@
 // Names of properties and messages as the server numbers them.
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <string_view>
+
+#include <xcb/xcb.h>
 
 #include "platform/x11/reply.h"
 

@@ -13,7 +13,8 @@ struct CallSnapshot {
   std::optional<std::vector<Monitor>> monitors;
 };
 
-/// The snapshot of this thread's outermost call scope, emptied when that scope closes; null outside.
+/// The snapshot of this thread's outermost call scope, emptied when that scope closes; null
+/// outside.
 CallSnapshot* CurrentCallSnapshot();
 
 }  // namespace deskhand::platform

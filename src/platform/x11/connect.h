@@ -1,9 +1,9 @@
 // Opening a connection to the X server within a bounded time.
 #pragma once
 
-#include <xcb/xcb.h>
-
 #include <string>
+
+#include <xcb/xcb.h>
 
 #include "platform/x11/task_thread.h"
 

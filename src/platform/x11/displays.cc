@@ -52,6 +52,7 @@ bool Contains(const PixelRect& rect, int32_t x, int32_t y) {
 std::vector<Screen> Screens() {
   const std::vector<Monitor> monitors = MonitorsNow();
   std::vector<Screen> screens;
+  screens.reserve(monitors.size());
   for (const Monitor& monitor : monitors) screens.push_back(ToScreen(monitor, monitors.front()));
   return screens;
 }

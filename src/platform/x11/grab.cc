@@ -1,11 +1,11 @@
 #include "platform/x11/grab.h"
 
-#include <xcb/shm.h>
-#include <xcb/xfixes.h>
-
 #include <optional>
 #include <utility>
 #include <vector>
+
+#include <xcb/shm.h>
+#include <xcb/xfixes.h>
 
 #include "platform/x11/pixel_format.h"
 #include "platform/x11/pointer.h"
@@ -36,12 +36,11 @@ RawImage FetchShared(const Session& session, const PixelRect& area, size_t bytes
     return {};
   }
   RawImage image;
-  const auto reply =
-      Await(link.connection, xcb_shm_get_image_reply,
-            xcb_shm_get_image(link.connection, session.screen().root, area.x, area.y, area.width,
-                              area.height, kAllPlanes, XCB_IMAGE_FORMAT_Z_PIXMAP,
-                              link.memory->segment(), 0),
-            &image.error);
+  const auto reply = Await(link.connection, xcb_shm_get_image_reply,
+                           xcb_shm_get_image(link.connection, session.screen().root, area.x, area.y,
+                                             area.width, area.height, kAllPlanes,
+                                             XCB_IMAGE_FORMAT_Z_PIXMAP, link.memory->segment(), 0),
+                           &image.error);
   if (!reply) return image;
   image.pixels = link.memory->data();
   image.memory = link.memory;
@@ -73,8 +72,8 @@ RawImage Convert(const PixelFormat& format, const RawImage& raw, const PixelRect
   const size_t stride = size_t{4} * area.width;
   auto converted = std::make_shared<std::vector<uint8_t>>(stride * area.height);
   for (int32_t y = 0; y < area.height; ++y) {
-    ConvertRow(format, raw.pixels + y * format.StrideFor(area.width), converted->data() + y * stride,
-               area.width);
+    ConvertRow(format, raw.pixels + y * format.StrideFor(area.width),
+               converted->data() + y * stride, area.width);
   }
   RawImage image;
   image.pixels = converted->data();

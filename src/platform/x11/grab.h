@@ -19,8 +19,8 @@ struct Grab {
   std::string error;
 };
 
-/// Takes what of `wanted` lies on the screen, with the pointer drawn in when asked; an empty picture
-/// when nothing does.
+/// Takes what of `wanted` lies on the screen, with the pointer drawn in when asked; an empty
+/// picture when nothing does.
 Grab GrabScreen(const Session& session, const PixelRect& wanted, bool with_pointer);
 
 }  // namespace deskhand::platform

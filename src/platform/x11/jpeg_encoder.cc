@@ -99,8 +99,8 @@ bool Compress(jpeg_compress_struct* info, ErrorManager* errors, int32_t width, i
 }  // namespace
 
 bool IsJpegSize(int32_t width, int32_t height) {
-  return width >= 1 && height >= 1 && width <= JPEG_MAX_DIMENSION &&
-         height <= JPEG_MAX_DIMENSION && int64_t{width} * height <= kMostPixels;
+  return width >= 1 && height >= 1 && width <= JPEG_MAX_DIMENSION && height <= JPEG_MAX_DIMENSION &&
+         int64_t{width} * height <= kMostPixels;
 }
 
 JpegData EncodeRows(int32_t width, int32_t height, double quality, const RowSource& rows) {

@@ -1,6 +1,6 @@
-#include <glib.h>
-
 #include <utility>
+
+#include <glib.h>
 
 #include "platform/screen_capture.h"
 #include "platform/x11/area_scaler.h"
@@ -17,8 +17,8 @@ std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage& image, int32
                                                int32_t height, double quality) {
   if (!IsJpegSize(width, height)) return nullptr;
   AreaScaler scaler(image.picture, image.window, width, height);
-  JpegData data = EncodeRows(width, height, quality,
-                             [&](int32_t y, uint8_t* row) { scaler.ScaleRow(y, row); });
+  JpegData data =
+      EncodeRows(width, height, quality, [&](int32_t y, uint8_t* row) { scaler.ScaleRow(y, row); });
   if (!data.bytes) return nullptr;
   return std::make_shared<const EncodedImage>(EncodedImage{std::move(data)});
 }

@@ -1,9 +1,9 @@
 #include "platform/x11/monitors.h"
 
-#include <xcb/randr.h>
-
 #include <algorithm>
 #include <utility>
+
+#include <xcb/randr.h>
 
 #include "platform/x11/reply.h"
 
@@ -30,6 +30,7 @@ std::vector<Monitor> WholeScreen(const Session& session) {
 std::vector<std::string> AtomNames(xcb_connection_t* connection,
                                    const std::vector<xcb_atom_t>& atoms) {
   std::vector<xcb_get_atom_name_cookie_t> cookies;
+  cookies.reserve(atoms.size());
   for (const xcb_atom_t atom : atoms) cookies.push_back(xcb_get_atom_name(connection, atom));
   std::vector<std::string> names;
   for (const auto cookie : cookies) {

@@ -29,8 +29,9 @@ struct Monitor {
   PixelRect bounds;
 };
 
-/// The active monitors, primary first, the others in the server's order. A server without RandR 1.5,
-/// or with no monitor active, has one: the whole screen. None when the connection is lost.
+/// The active monitors, primary first, the others in the server's order. A server without
+/// RandR 1.5, or with no monitor active, has one: the whole screen. None when the connection is
+/// lost.
 std::optional<std::vector<Monitor>> QueryMonitors(const Session& session);
 
 /// Identifiers for monitors of these names: a hash of the name, which survives restarts of server

@@ -72,7 +72,8 @@ std::optional<PixelFormat> FormatOfRoot(xcb_connection_t* connection, const xcb_
   const int bits = format->bits_per_pixel;
   const bool masks_given = visual->red_mask && visual->green_mask && visual->blue_mask;
   if ((bits != 16 && bits != 24 && bits != 32) || !masks_given) {
-    *error = "the X screen has pixels of " + std::to_string(bits) + " bits, which are not supported";
+    *error =
+        "the X screen has pixels of " + std::to_string(bits) + " bits, which are not supported";
     return std::nullopt;
   }
   return PixelFormat{

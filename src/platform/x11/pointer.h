@@ -2,10 +2,10 @@
 // Space: see monitors.h.
 #pragma once
 
-#include <xcb/xfixes.h>
-
 #include <cstddef>
 #include <cstdint>
+
+#include <xcb/xfixes.h>
 
 #include "platform/x11/monitors.h"
 

@@ -43,13 +43,13 @@ std::pair<std::shared_ptr<ShareableContent>, std::string> MakeContent(Deadline d
   if (auto monitors = QueryMonitors(session)) {
     LastMonitors() = *monitors;
     content->monitors = std::move(*monitors);
-    return {std::move(content), {}};
+    return {content, {}};
   }
   if (LastMonitors().empty()) return {nullptr, session.error()};
   // A server that is lost in the middle of its work is a failed picture, not a missing display.
   content->monitors = LastMonitors();
   content->failure = session.error();
-  return {std::move(content), {}};
+  return {content, {}};
 }
 
 /// The pixels of the root window that show `source`, which is in pixels of the monitor. Clamped as
@@ -138,8 +138,8 @@ TakenImage TakeImage(const CaptureFilter& filter, const CaptureConfiguration& co
   return taken;
 }
 
-/// Runs `work` on the capture thread. When there is none to be had it is dropped, and the waiter times
-/// out.
+/// Runs `work` on the capture thread. When there is none to be had it is dropped, and the waiter
+/// times out.
 void PostToCaptureThread(std::function<void()> work) {
   CaptureThread().Post([work = std::move(work)] {
     const CallScope scope;
@@ -162,8 +162,7 @@ std::vector<std::optional<std::string>> ApplicationBundleIds(const ShareableCont
   if (content.failure) return bundle_ids;  // there is nobody to ask, and no time to lose
   const Session session(CaptureChannel(), content.deadline);
   if (!session) return bundle_ids;
-  for (const ShownWindow& window :
-       ShownWindows(session).value_or(std::vector<ShownWindow>())) {
+  for (const ShownWindow& window : ShownWindows(session).value_or(std::vector<ShownWindow>())) {
     bundle_ids.push_back(BundleIdOf(window));
   }
   return bundle_ids;

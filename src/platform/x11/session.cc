@@ -1,13 +1,13 @@
 #include "platform/x11/session.h"
 
+#include <cstdlib>
+#include <utility>
+
 #include <poll.h>
 #include <sys/socket.h>
 #include <xcb/randr.h>
 #include <xcb/shm.h>
 #include <xcb/xfixes.h>
-
-#include <cstdlib>
-#include <utility>
 
 #include "platform/x11/connect.h"
 #include "platform/x11/reply.h"
@@ -52,13 +52,15 @@ std::mutex& Registry() {
   return mutex;
 }
 
-/// The display that this process works on: that of a connection that is alive, so that questions and
-/// pictures are about the same screen; else what the environment says now.
+/// The display that this process works on: that of a connection that is alive, so that questions
+/// and pictures are about the same screen; else what the environment says now.
 std::string CurrentDisplay() {
   const std::lock_guard lock(Registry());
   for (const Channel* channel : {&QueryChannel(), &CaptureChannel()}) {
     if (channel->link && !IsHungUp(channel->link->connection)) return channel->link->display;
   }
+  // Once for each connection, when XCB itself reads the environment, too.
+  // NOLINTNEXTLINE(concurrency-mt-unsafe)
   const char* display = std::getenv("DISPLAY");
   return display ? display : "";
 }
@@ -78,8 +80,8 @@ Link::Link(xcb_connection_t* opened, int screen_number, std::string display_name
   }
   // A version must be agreed on before an extension's newer requests are used.
   if (HasExtension(connection, &xcb_randr_id)) {
-    const auto version = Await(connection, xcb_randr_query_version_reply,
-                               xcb_randr_query_version(connection, 1, 5));
+    const auto version =
+        Await(connection, xcb_randr_query_version_reply, xcb_randr_query_version(connection, 1, 5));
     has_monitors = version && (version->major_version > 1 || version->minor_version >= 5);
   }
   if (HasExtension(connection, &xcb_xfixes_id)) {
@@ -91,8 +93,7 @@ Link::Link(xcb_connection_t* opened, int screen_number, std::string display_name
   if (IsLocal(connection) && HasExtension(connection, &xcb_shm_id)) {
     const auto version =
         Await(connection, xcb_shm_query_version_reply, xcb_shm_query_version(connection));
-    has_shared_memory =
-        version && (version->major_version > 1 || version->minor_version >= 2);
+    has_shared_memory = version && (version->major_version > 1 || version->minor_version >= 2);
   }
 }
 

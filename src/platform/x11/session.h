@@ -1,15 +1,15 @@
 // Exclusive, time-bounded use of a connection to the X server.
-// A connection is made when it is first needed and made anew, with the environment's DISPLAY of that
-// moment, when the one before was lost. Threads: any; a session stays on its thread.
+// A connection is made when it is first needed and made anew, with the environment's DISPLAY of
+// that moment, when the one before was lost. Threads: any; a session stays on its thread.
 #pragma once
-
-#include <xcb/xcb.h>
 
 #include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+
+#include <xcb/xcb.h>
 
 #include "platform/x11/shared_memory.h"
 #include "platform/x11/socket_deadline.h"
@@ -27,9 +27,9 @@ struct Link {
   xcb_connection_t* const connection;
   const std::string display;
   const xcb_screen_t* screen = nullptr;
-  bool has_monitors = false;       // RandR 1.5
-  bool has_cursor_images = false;  // XFixes 1
-  bool has_shared_memory = false;  // MIT-SHM 1.2, which passes memory as a file descriptor
+  bool has_monitors = false;             // RandR 1.5
+  bool has_cursor_images = false;        // XFixes 1
+  bool has_shared_memory = false;        // MIT-SHM 1.2, which passes memory as a file descriptor
   std::shared_ptr<SharedMemory> memory;  // for pictures, made when first needed
 };
 

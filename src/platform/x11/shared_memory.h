@@ -1,12 +1,12 @@
 // Memory that the X server writes pictures into.
 #pragma once
 
-#include <xcb/shm.h>
-#include <xcb/xcb.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+
+#include <xcb/shm.h>
+#include <xcb/xcb.h>
 
 namespace deskhand::platform {
 

@@ -1,8 +1,8 @@
 #include "platform/x11/socket_deadline.h"
 
-#include <sys/socket.h>
-
 #include <mutex>
+
+#include <sys/socket.h>
 
 namespace deskhand::platform {
 

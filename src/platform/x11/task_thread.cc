@@ -1,9 +1,9 @@
 #include "platform/x11/task_thread.h"
 
-#include <pthread.h>
-
 #include <system_error>
 #include <thread>
+
+#include <pthread.h>
 
 namespace deskhand::platform {
 

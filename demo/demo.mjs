@@ -1,0 +1,87 @@
+// The main job on a real screen: list the displays, take a screenshot of one and of a region, and
+// show it all on a page. Without a display, on a private desktop that is gone afterwards.
+import { mkdirSync, writeFileSync } from 'node:fs';
+import { createRequire } from 'node:module';
+import path from 'node:path';
+import { fileURLToPath, pathToFileURL } from 'node:url';
+
+import { startDesktop, until } from './desktop.mjs';
+import { renderReport } from './report.mjs';
+
+const deskhand = createRequire(import.meta.url)('..');
+const out = path.join(path.dirname(fileURLToPath(import.meta.url)), '..', 'out', 'demo');
+
+async function timed(take) {
+  const start = performance.now();
+  const result = await take();
+  return { ...result, milliseconds: performance.now() - start };
+}
+
+/** Programs paint in their own time: a picture that stays the same for a while is the end of it. */
+async function untilPainted() {
+  const enough = 8;
+  let last = null;
+  let same = 0;
+  await until('a screen that stands still', 30, async () => {
+    const { base64 } = await deskhand.captureDisplay([]);
+    same = base64 === last ? same + 1 : 0;
+    last = base64;
+    return same >= enough;
+  }).catch(() => console.log('The screen does not stand still; taking it as it is.'));
+}
+
+function save(name, picture) {
+  writeFileSync(path.join(out, name), Buffer.from(picture.base64, 'base64'));
+  const { base64, ...rest } = picture;
+  console.log(
+    `${name}: ${rest.width} x ${rest.height} pixels, ` +
+      `${Math.ceil((base64.length * 3) / 4 / 1024)} KiB, ${rest.milliseconds.toFixed(1)} ms`,
+  );
+  return { name, bytes: Math.floor((base64.length * 3) / 4), ...rest };
+}
+
+async function showMainJob() {
+  const displays = deskhand.listDisplays();
+  console.table(displays);
+  if (displays.length === 0) throw new Error('there is no display to take a picture of');
+
+  // The first call also makes the connection; the second shows what a screenshot costs from then on.
+  const first = await timed(() => deskhand.captureDisplay([]));
+  const display = await timed(() => deskhand.captureDisplay([], 0.8));
+  const { displayWidth, displayHeight } = display;
+  const region = {
+    x: Math.round(displayWidth * 0.47),
+    y: Math.round(displayHeight * 0.4),
+    width: Math.round(displayWidth * 0.4),
+    height: Math.round(displayHeight / 3),
+  };
+  const part = await timed(() =>
+    deskhand.captureRegion(
+      ...[[], region.x, region.y, region.width, region.height],
+      ...[region.width, region.height, 0.9],
+    ),
+  );
+  return {
+    displays,
+    firstMilliseconds: first.milliseconds,
+    display: save('display.jpg', display),
+    region: { ...region, ...save('region.jpg', part) },
+  };
+}
+
+const hasDisplay = process.platform !== 'linux' || Boolean(process.env.DISPLAY);
+console.log(
+  hasDisplay
+    ? `Using the display that is there${process.env.DISPLAY ? ` (${process.env.DISPLAY})` : ''}.`
+    : 'There is no display: starting a private one, with a terminal, a GTK form and a browser.',
+);
+const desktop = hasDisplay ? null : await startDesktop();
+try {
+  mkdirSync(out, { recursive: true });
+  if (desktop) await untilPainted();
+  const page = path.join(out, 'index.html');
+  writeFileSync(page, renderReport(await showMainJob()));
+  console.log(`The pictures, with sizes and times: ${pathToFileURL(page)}`);
+} finally {
+  await desktop?.stop();
+}

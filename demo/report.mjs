@@ -1,0 +1,47 @@
+// The demo's page.
+
+const escape = (text) =>
+  String(text).replace(/[&<>"]/g, (c) => ({ '&': '&amp;', '<': '&lt;', '>': '&gt;', '"': '&quot;' })[c]);
+
+function table(rows) {
+  const keys = Object.keys(rows[0]);
+  const cells = (row) => keys.map((key) => `<td>${escape(row[key])}</td>`).join('');
+  return `<table>
+<tr>${keys.map((key) => `<th>${escape(key)}</th>`).join('')}</tr>
+${rows.map((row) => `<tr>${cells(row)}</tr>`).join('\n')}
+</table>`;
+}
+
+function figure(title, picture) {
+  const kib = (picture.bytes / 1024).toFixed(0);
+  return `<figure>
+<img src="${escape(picture.name)}" width="${picture.width}" height="${picture.height}" alt="${escape(title)}">
+<figcaption>${escape(title)}: ${picture.width} × ${picture.height} pixels, ${kib} KiB,
+${picture.milliseconds.toFixed(1)} ms</figcaption>
+</figure>`;
+}
+
+/** `displays` as listDisplays gives them; pictures with name, size, bytes and milliseconds. */
+export function renderReport({ displays, display, region, firstMilliseconds }) {
+  return `<!doctype html>
+<html lang="en">
+<meta charset="utf-8">
+<title>deskhand: what it sees</title>
+<style>
+body { font: 16px/1.5 sans-serif; margin: 2em; }
+table { border-collapse: collapse; }
+th, td { border: 1px solid #ccc; padding: 0.2em 0.6em; text-align: left; }
+figure { margin: 2em 0; }
+img { max-width: 100%; height: auto; border: 1px solid #ccc; }
+</style>
+<h1>deskhand: what it sees</h1>
+<h2>listDisplays()</h2>
+${table(displays)}
+<h2>captureDisplay([], 0.8)</h2>
+<p>The first call of the process took ${firstMilliseconds.toFixed(1)} ms; this is a later one.</p>
+${figure(`Display ${display.displayId}`, display)}
+<h2>captureRegion([], ${region.x}, ${region.y}, ${region.width}, ${region.height}, …)</h2>
+${figure('A region, a pixel for a point', region)}
+</html>
+`;
+}

@@ -1,0 +1,21 @@
+# Shared by the scripts here; sourced, not run.
+set -euo pipefail
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+cd "$root"
+
+say() { printf '==> %s\n' "$*"; }
+fail() {
+  printf 'error: %s\n' "$*" >&2
+  exit 1
+}
+
+# Runs a command as root: as it is when we are, else through sudo.
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo > /dev/null; then
+    sudo "$@"
+  else
+    fail "need root or sudo to run: $*"
+  fi
+}
