@@ -1,13 +1,15 @@
 'use strict';
 
+const assert = require('node:assert/strict');
 const { once } = require('node:events');
 const { hostEnvironment } = require('./host.js');
+const { leaksOfAddon } = require('./leaks.js');
 const { start } = require('./processes.js');
 
 /**
  * Runs a script that loads the addon in a process of its own. `messages` is what it has sent so far;
  * `next()` resolves with its next message, and with undefined when it ends before; `ended` resolves
- * with { code, signal, errors, messages }.
+ * with { code, signal, errors, messages }, and rejects when a leak was reported.
  */
 function startScript(t, file, { env = process.env, args = [] } = {}) {
   const child = start(t, process.execPath, ['--expose-gc', file, ...args], {
@@ -17,12 +19,11 @@ function startScript(t, file, { env = process.env, args = [] } = {}) {
   const messages = [];
   child.on('message', (message) => messages.push(message));
   // 'close' comes when all that it wrote and sent has arrived.
-  const ended = once(child, 'close').then(([code, signal]) => ({
-    code,
-    signal,
-    errors: child.errors(),
-    messages,
-  }));
+  const ended = once(child, 'close').then(([code, signal]) => {
+    const errors = child.errors();
+    assert.deepEqual(leaksOfAddon(errors), []);
+    return { code, signal, errors, messages };
+  });
   const nextMessage = () => once(child, 'message').then(([message]) => message);
   return {
     pid: child.pid,
