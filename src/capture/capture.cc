@@ -29,6 +29,8 @@ std::optional<size_t> ChooseDisplay(const std::vector<platform::ShareableDisplay
 
 std::vector<size_t> ApplicationsToExclude(const platform::ShareableContent& content,
                                           const std::vector<std::string>& bundle_ids) {
+  // Not even asked for when nothing is to be left out: the answer can be costly.
+  if (bundle_ids.empty()) return {};
   const std::unordered_set<std::string> excluded(bundle_ids.begin(), bundle_ids.end());
   const auto applications = platform::ApplicationBundleIds(content);
   std::vector<size_t> indices;

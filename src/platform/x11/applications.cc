@@ -1,7 +1,9 @@
 #include "platform/x11/applications.h"
 
+#include <algorithm>
 #include <cstring>
 #include <filesystem>
+#include <initializer_list>
 #include <memory>
 #include <string_view>
 #include <utility>
@@ -103,24 +105,6 @@ std::string ProgramOf(uint32_t process_id) {
   return error ? std::string() : program.filename().string();
 }
 
-using DesktopEntry = std::unique_ptr<GDesktopAppInfo, decltype(&g_object_unref)>;
-
-DesktopEntry FindEntry(const std::string& bundle_id) {
-  return {g_desktop_app_info_new((bundle_id + ".desktop").c_str()), g_object_unref};
-}
-
-bool EntryMatches(GDesktopAppInfo* entry, const ShownWindow& window) {
-  const char* startup_class = g_desktop_app_info_get_startup_wm_class(entry);
-  if (startup_class && (window.wm_class == startup_class || window.wm_instance == startup_class)) {
-    return true;
-  }
-  const char* command = g_app_info_get_executable(G_APP_INFO(entry));
-  if (!command) return false;
-  const std::string program = std::filesystem::path(command).filename().string();
-  return !program.empty() &&
-         (window.wm_instance == program || ProgramOf(window.process_id) == program);
-}
-
 }  // namespace
 
 std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session) {
@@ -155,11 +139,25 @@ std::optional<std::string> BundleIdOf(const ShownWindow& window) {
   return std::nullopt;
 }
 
-bool MayBelongTo(const ShownWindow& window, const std::string& bundle_id) {
-  if (bundle_id.empty()) return false;
-  if (bundle_id == window.gtk_application_id || bundle_id == window.wm_class) return true;
-  const DesktopEntry entry = FindEntry(bundle_id);
-  return entry && EntryMatches(entry.get(), window);
+NamedApplication::NamedApplication(std::string bundle_id) : bundle_id_(std::move(bundle_id)) {
+  const std::unique_ptr<GDesktopAppInfo, decltype(&g_object_unref)> entry(
+      g_desktop_app_info_new((bundle_id_ + ".desktop").c_str()), g_object_unref);
+  if (!entry) return;
+  if (const char* startup_class = g_desktop_app_info_get_startup_wm_class(entry.get())) {
+    startup_class_ = startup_class;
+  }
+  if (const char* command = g_app_info_get_executable(G_APP_INFO(entry.get()))) {
+    program_ = std::filesystem::path(command).filename().string();
+  }
+}
+
+bool NamedApplication::MayOwn(const ShownWindow& window) const {
+  const auto is_one_of = [](const std::string& name, std::initializer_list<std::string> names) {
+    return !name.empty() && std::find(names.begin(), names.end(), name) != names.end();
+  };
+  return is_one_of(bundle_id_, {window.gtk_application_id, window.wm_class}) ||
+         is_one_of(startup_class_, {window.wm_class, window.wm_instance}) ||
+         is_one_of(program_, {window.wm_instance, ProgramOf(window.process_id)});
 }
 
 }  // namespace deskhand::platform

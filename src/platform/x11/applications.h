@@ -27,8 +27,22 @@ std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session);
 /// The application's identifier as far as the window itself tells it; none when it does not.
 std::optional<std::string> BundleIdOf(const ShownWindow& window);
 
-/// Whether `bundle_id` may mean the window's application: by what the window says, or by the
-/// desktop entry of that name. Errs on the side of yes.
-bool MayBelongTo(const ShownWindow& window, const std::string& bundle_id);
+/// An application as a caller names it, with what its desktop entry says of its windows. Reading
+/// the entry takes files; asking about windows does not.
+class NamedApplication {
+ public:
+  explicit NamedApplication(std::string bundle_id);
+
+  const std::string& bundle_id() const { return bundle_id_; }
+
+  /// Whether the window may be this application's: by its own identifier, or by what the desktop
+  /// entry says. Errs on the side of yes.
+  bool MayOwn(const ShownWindow& window) const;
+
+ private:
+  const std::string bundle_id_;
+  std::string startup_class_;  // empty where the entry says nothing, or is none
+  std::string program_;
+};
 
 }  // namespace deskhand::platform

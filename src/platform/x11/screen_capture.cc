@@ -75,13 +75,14 @@ bool IsUsable(const Rect& source) {
 /// Why the picture cannot be taken: an application to leave out is on the screen. Leaving windows
 /// out is not done yet, and showing them is not an option.
 std::optional<std::string> FindExcluded(const Session& session,
-                                        const std::vector<std::string>& bundle_ids) {
+                                        const std::vector<NamedApplication>& excluded) {
   const auto windows = ShownWindows(session);
   if (!windows) return session.error();
   for (const ShownWindow& window : *windows) {
-    for (const std::string& bundle_id : bundle_ids) {
-      if (MayBelongTo(window, bundle_id)) {
-        return "'" + bundle_id + "' is on the screen and cannot be left out of the picture";
+    for (const NamedApplication& application : excluded) {
+      if (application.MayOwn(window)) {
+        return "'" + application.bundle_id() +
+               "' is on the screen and cannot be left out of the picture";
       }
     }
   }
@@ -89,9 +90,10 @@ std::optional<std::string> FindExcluded(const Session& session,
 }
 
 /// The picture of `area`, taken while no window can appear that is to be left out.
-Grab GrabWithout(const std::vector<std::string>& excluded, const Session& session,
+Grab GrabWithout(const std::vector<std::string>& bundle_ids, const Session& session,
                  const PixelRect& area, bool with_pointer) {
-  if (excluded.empty()) return GrabScreen(session, area, with_pointer);
+  if (bundle_ids.empty()) return GrabScreen(session, area, with_pointer);
+  const std::vector<NamedApplication> excluded(bundle_ids.begin(), bundle_ids.end());
   xcb_grab_server(session.connection());
   Grab grab;
   if (const auto reason = FindExcluded(session, excluded)) {
