@@ -6,12 +6,13 @@ const path = require('node:path');
 
 const deadlineMs = 60_000;
 
-/** Runs scripts/<name> and resolves with { code, signal, stdout, stderr, ms }. */
-function spawnScript(name, ...args) {
+/** Runs scripts/<name>, with more environment if given, and resolves with how it ended:
+ * { code, signal, stdout, stderr, ms }. */
+function spawnScript(name, args = [], env = {}) {
   return new Promise((resolve, reject) => {
     const startedAt = process.hrtime.bigint();
     const child = spawn(process.execPath, [path.join(__dirname, 'scripts', name), ...args],
-      { timeout: deadlineMs, killSignal: 'SIGKILL' });
+      { timeout: deadlineMs, killSignal: 'SIGKILL', env: { ...process.env, ...env } });
     let stdout = '';
     let stderr = '';
     child.stdout.on('data', (text) => { stdout += text; });
@@ -25,7 +26,7 @@ function spawnScript(name, ...args) {
 
 /** Runs scripts/<name>, which must end well; what it printed, read as JSON. */
 async function runScript(name, ...args) {
-  const { code, signal, stdout, stderr } = await spawnScript(name, ...args);
+  const { code, signal, stdout, stderr } = await spawnScript(name, args);
   assert.deepEqual({ code, signal, stderr }, { code: 0, signal: null, stderr: '' });
   return JSON.parse(stdout);
 }

@@ -117,7 +117,10 @@ test('a display without an area ends in the encoding failure', async (t) => {
 });
 
 test('absurd frames end in a documented outcome', async (t) => {
-  const mac = scene(t, { screens: [{ ...builtIn, frame: [1e300, -1e300, NaN, Infinity] }] });
+  const mac = scene(t, {
+    screens: [{ ...builtIn, frame: [1e300, -1e300, NaN, Infinity] }],
+    content: { displays: [{ id: 1, width: 1512, height: 982 }] },
+  });
   await rejectsWith(mac.addon.captureDisplay([]), 'Failed to encode screenshot to JPEG');
 });
 

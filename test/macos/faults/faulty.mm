@@ -54,8 +54,8 @@ void RetainTheDead() {
   CFRetain(object);
 }
 
-// The screens are autoreleased, and no pool is open.
-void ForgetPool() { static_cast<void>(NSScreen.screens); }
+// The array is autoreleased, and no pool is open.
+void ForgetPool() { static_cast<void>([NSMutableArray array]); }
 
 // On a thread of its own: a pool that stayed open here would serve the faults that follow.
 void LeavePoolOpen() {
