@@ -138,7 +138,7 @@ export function calculateTargetSize(physWidth: number, physHeight: number): Pixe
 /**
  * The attached displays, the primary one first; none when there is no display. Nothing is cached: a
  * display that is attached, moved or removed is seen by the next call. Blocks for the question alone:
- * well under a millisecond, on X11 two seconds at most when the server does not answer.
+ * well under a millisecond; on X11, where a server may hang, a few seconds at most.
  */
 export function listDisplays(): DisplayRecord[];
 
