@@ -226,14 +226,14 @@ describe('the pointer', () => {
     const { addon, painter } = await pointerDesktop(t);
     await painter.pointer(400, 300);
     const picture = await decode((await addon.captureDisplay([], 1)).base64);
-    assertColour(picture, 400 + TO_MIDDLE, 300 + TO_MIDDLE, MAGENTA, 24);
-    for (const [x, y] of [
-      [390, 304],
-      [418, 304],
-      [404, 290],
-      [404, 318],
-    ]) {
-      assertColour(picture, x, y, GREY, 24);
+    // The square reaches from 4 pixels before the hot spot to 11 behind it.
+    for (const offset of [-2, 4, 9]) {
+      assertColour(picture, 400 + offset, 304, MAGENTA, 24);
+      assertColour(picture, 404, 300 + offset, MAGENTA, 24);
+    }
+    for (const offset of [-7, 14]) {
+      assertColour(picture, 400 + offset, 304, GREY, 24);
+      assertColour(picture, 404, 300 + offset, GREY, 24);
     }
   });
 

@@ -180,7 +180,7 @@ describe('getDisplaySize', () => {
   }
 
   /** Shows a window in the middle of a display and gives it the keyboard. */
-  async function activateOn(painter, { x, y }) {
+  async function focusOn(painter, { x, y }) {
     const place = { x: x + 200, y: y + 200, width: 200, height: 200 };
     await painter.window('active', { ...place, colour: '#ff0000' });
     await painter.focus('active');
@@ -204,7 +204,7 @@ describe('getDisplaySize', () => {
   for (const wanted of [undefined, null, '1', {}, true]) {
     test(`of ${JSON.stringify(wanted)} is the main display`, async (t) => {
       const { addon, painter, primary } = await twoDisplays(t);
-      await activateOn(painter, RIGHT_HALF);
+      await focusOn(painter, RIGHT_HALF);
       assert.deepEqual(await addon.getDisplaySize(wanted), primary);
     });
   }
@@ -218,7 +218,7 @@ describe('getDisplaySize', () => {
     test(`of ${unknown}, which no display has, is the display with the active window under the \
 main identifier`, async (t) => {
       const { addon, painter, primary, secondary } = await twoDisplays(t);
-      await activateOn(painter, RIGHT_HALF);
+      await focusOn(painter, RIGHT_HALF);
       assert.deepEqual(await addon.getDisplaySize(unknown), {
         ...secondary,
         id: primary.id,
@@ -226,6 +226,15 @@ main identifier`, async (t) => {
       });
     });
   }
+
+  test('of an unknown identifier believes a window manager more than the focus', async (t) => {
+    const { addon, painter, primary } = await twoDisplays(t);
+    await focusOn(painter, RIGHT_HALF);
+    assert.equal((await addon.getDisplaySize(-1)).originX, 640);
+    await painter.window('left', { x: 100, y: 200, width: 200, height: 200, colour: '#00ff00' });
+    await painter.activate('left');
+    assert.deepEqual(await addon.getDisplaySize(-1), primary);
+  });
 
   test('of an unknown identifier follows the active window of a window manager', async (t) => {
     const { addon, env, painter } = await startDesktop(t, { manager: true });

@@ -5,7 +5,7 @@
 //   window NAME X Y WIDTH HEIGHT COLOUR CLASS managed|unmanaged
 //                       COLOUR is RRGGBB in hexadecimal, CLASS is instance/class or -
 //   move NAME X Y       raise NAME      focus NAME       destroy NAME
-//   hide NAME           iconify NAME
+//   hide NAME           iconify NAME    activate NAME (as a window manager, by _NET_ACTIVE_WINDOW)
 //   property NAME ATOM TEXT   sets a text property
 //   cursor NAME COLOUR  the pointer over that window: a square of 16 pixels, hot spot at (4, 4)
 //   pointer X Y         warps the pointer
@@ -186,6 +186,12 @@ static bool Focus(xcb_window_t window) {
   return Sync();
 }
 
+static bool Activate(xcb_window_t window) {
+  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, screen->root, Atom("_NET_ACTIVE_WINDOW"),
+                      XCB_ATOM_WINDOW, 32, 1, &window);
+  return Sync();
+}
+
 static bool Destroy(xcb_window_t window) {
   xcb_destroy_window(connection, window);
   return Sync();
@@ -307,11 +313,8 @@ static bool Run(const char* command, const char* arguments) {
   static const struct {
     const char* name;
     bool (*run)(xcb_window_t window);
-  } named[] = {{"hide", Hide},
-               {"iconify", Iconify},
-               {"raise", Raise},
-               {"focus", Focus},
-               {"destroy", Destroy}};
+  } named[] = {{"hide", Hide},   {"iconify", Iconify},   {"raise", Raise},
+               {"focus", Focus}, {"activate", Activate}, {"destroy", Destroy}};
   for (size_t index = 0; index < sizeof(plain) / sizeof(*plain); ++index) {
     if (strcmp(command, plain[index].name) == 0) return plain[index].run(arguments);
   }

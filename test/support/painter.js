@@ -61,6 +61,7 @@ function startPainter(t, env) {
     move: (name, x, y) => order('move', name, x, y),
     raise: (name) => order('raise', name),
     focus: (name) => order('focus', name),
+    activate: (name) => order('activate', name),
     destroy: (name) => order('destroy', name),
     hide: (name) => order('hide', name),
     iconify: (name) => order('iconify', name),
