@@ -1,9 +1,9 @@
-// Foundation logs what it finds wrong, above all an autorelease without a pool: whatever it says fails
-// the test. An exception that nobody catches ends the process, as on macOS.
-#import <Foundation/Foundation.h>
-
+// Foundation logs what it finds wrong, above all an autorelease without a pool: whatever it says
+// fails the test. An exception that nobody catches ends the process, as on macOS.
 #include <cstdio>
 #include <cstdlib>
+
+#import <Foundation/Foundation.h>
 
 #include "core/recorder.h"
 
