@@ -50,10 +50,10 @@ async function showMainJob() {
   const display = await timed(() => deskhand.captureDisplay([], 0.8));
   const { displayWidth, displayHeight } = display;
   const region = {
-    x: Math.round(displayWidth * 0.47),
-    y: Math.round(displayHeight * 0.4),
-    width: Math.round(displayWidth * 0.4),
-    height: Math.round(displayHeight / 3),
+    x: Math.round(displayWidth * 0.585),
+    y: Math.round(displayHeight * 0.12),
+    width: Math.round(displayWidth * 0.41),
+    height: Math.round(displayHeight / 2),
   };
   const part = await timed(() =>
     deskhand.captureRegion(
@@ -76,6 +76,12 @@ console.log(
     : 'There is no display: starting a private one, with a terminal, a GTK form and a browser.',
 );
 const desktop = hasDisplay ? null : await startDesktop();
+for (const signal of ['SIGINT', 'SIGTERM']) {
+  process.once(signal, async () => {
+    await desktop?.stop();
+    process.exit(1);
+  });
+}
 try {
   mkdirSync(out, { recursive: true });
   if (desktop) await untilPainted();

@@ -87,6 +87,6 @@ function startPrograms(start, profile) {
     ...['--no-sandbox', '--test-type', '--disable-gpu', '--disable-dev-shm-usage'],
     ...['--no-first-run', '--disable-background-networking', '--disable-component-update'],
     ...['--disable-sync', `--user-data-dir=${profile}`],
-    ...['--window-position=900,420', '--window-size=960,600', `--app=${page}`],
+    ...['--window-position=1130,140', '--window-size=770,560', `--app=${page}`],
   ]);
 }

@@ -45,7 +45,9 @@ std::string Explain(int xcb_error, const std::string& display) {
     case XCB_CONN_CLOSED_INVALID_SCREEN:
       return "the X server at '" + display + "' has no such screen";
     default:
-      return "cannot connect to the X server at '" + display + "'";
+      // XCB does not tell the two apart.
+      return "cannot connect to the X server at '" + display +
+             "': it does not run, or it refuses this program";
   }
 }
 
