@@ -95,6 +95,27 @@ for (const [name, capture] of kinds) {
     assert.deepEqual(mac.callsTo(filterCall)[0].slice(2), [...excludeA, []]);
   });
 
+  test(`${name} reads an array of four billion holes at once, strings in order`, async (t) => {
+    const mac = scene(t, { content: applications });
+    const sparse = [];
+    sparse[2 ** 32 - 2] = 'com.none';
+    sparse[70_000_000] = 'com.a';
+    sparse[3] = 7;
+    sparse.named = 'com.b';
+    await capture(mac, sparse);
+    assert.deepEqual(mac.callsTo(filterCall)[0].slice(2), [...excludeA, []]);
+  });
+
+  test(`${name} lets through an exception from an array of mostly holes`, async (t) => {
+    const mac = scene(t);
+    const refusal = new Error('mine');
+    const sparse = [];
+    sparse.length = 2 ** 32 - 1;
+    Object.defineProperty(sparse, 2 ** 32 - 2, { get() { throw refusal; } });
+    assert.throws(() => capture(mac, sparse), (error) => error === refusal);
+    assert.deepEqual(mac.calls(), []);
+  });
+
   test(`${name} reads elements through their getters, once each and in order`, async (t) => {
     const mac = scene(t, { content: applications });
     const reads = [];

@@ -47,11 +47,16 @@ const readScreens = [
   ['-[NSScreen frame]', 'screen 0'],
 ];
 
+const readApplications = [
+  ['-[SCRunningApplication bundleIdentifier]', 'application com.a'],
+  ['-[SCRunningApplication bundleIdentifier]', 'application without identifier'],
+  ['-[SCRunningApplication bundleIdentifier]', 'application com.b'],
+];
+
 function makeFilter(display, applications) {
   return [
-    ['-[SCRunningApplication bundleIdentifier]', 'application com.a'],
-    ['-[SCRunningApplication bundleIdentifier]', 'application without identifier'],
-    ['-[SCRunningApplication bundleIdentifier]', 'application com.b'],
+    // Not even looked at when nothing is to be left out.
+    ...(applications.length > 0 ? readApplications : []),
     ['-[SCContentFilter initWithDisplay:excludingApplications:exceptingWindows:]',
       display, applications, []],
   ];

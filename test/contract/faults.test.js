@@ -35,6 +35,8 @@ const faults = [
   ['a message to a dead object that returns a structure', 'askTheDeadForFrame',
     ['-frame sent to dead screen 0']],
   ['a retain of a dead object', 'retainTheDead', ['-retain sent to dead configuration']],
+  ['a message without a pool', 'messageWithoutPool',
+    ['+[NSGraphicsContext setCurrentContext:] without an autorelease pool']],
   ['an open autorelease pool', 'leavePoolOpen', ['autorelease pools open: 1']],
   ['a leaked block', 'leakBlock', ['blocks alive: 1']],
   ['a block that holds itself', 'leakCycle', ['alive: 1 configuration', 'blocks alive: 1']],

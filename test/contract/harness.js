@@ -69,15 +69,16 @@ async function until(condition, withinMs = deadlineMs) {
   return true;
 }
 
+/** Whether nothing is under way; a stalled main queue keeps its blocks. */
+function isAtRest(script) {
+  const { frameworkThreads, mainQueueBlocks } = doubles.leftovers();
+  return frameworkThreads === 0 && (script.mainQueue === 'stalled' || mainQueueBlocks === 0);
+}
+
 /** What the end of a test finds wrong, in words; empty when nothing is. */
 async function problems(script) {
   const found = [];
-  const isStalled = script.mainQueue === 'stalled';
-  const isQuiet = () => {
-    const left = doubles.leftovers();
-    return left.frameworkThreads === 0 && (isStalled || left.mainQueueBlocks === 0);
-  };
-  if (!await until(isQuiet)) found.push('the frameworks did not come to rest');
+  if (!await until(() => isAtRest(script))) found.push('the frameworks did not come to rest');
 
   const { mainQueueBlocks, heldAnswers } = doubles.leftovers();
   if (mainQueueBlocks > 0 && !script.leavesMainQueueBlocks) {
@@ -133,6 +134,9 @@ function scene(t, script = {}) {
       }
       return threads;
     },
+
+    /** Waits until no framework thread and no main-queue block is left to run. */
+    rest: async () => assert.ok(await until(() => isAtRest(whole)), 'the frameworks did not come to rest'),
 
     serviceMainQueue: () => doubles.serviceMainQueue(),
     waitingMainQueueBlocks: () => doubles.leftovers().mainQueueBlocks,

@@ -76,13 +76,16 @@ for (const [name, capture, what] of kinds) {
       const promise = capture(mac);
       promise.then(() => { settlements += 1; });
       assert.equal((await promise).base64, jpegText());
-      await turn();
+      await mac.rest();
       assert.equal(settlements, 1);
+      assert.equal(mac.callsTo('dispatch_semaphore_signal').length, 1);
     });
 
     test(`${name}: the ${subject} handler called twice with an error rejects once`, async (t) => {
       const mac = scene(t, { [subject]: { times: 2, result: 'error', error: 'twice' } });
       await assert.rejects(capture(mac), /: twice$/);
+      await mac.rest();
+      assert.equal(mac.callsTo('dispatch_semaphore_signal').length, 1);
     });
 
     for (const answer of ['inline', 'main queue', 'thread']) {

@@ -16,7 +16,11 @@ extern "C" void* objc_autoreleasePoolPush(void);
 namespace {
 
 /// A tracked object at count +1 that ARC knows nothing of.
-CFTypeRef NewObject() { return (__bridge_retained CFTypeRef)[[SCStreamConfiguration alloc] init]; }
+CFTypeRef NewObject() {
+  @autoreleasepool {
+    return (__bridge_retained CFTypeRef)[[SCStreamConfiguration alloc] init];
+  }
+}
 
 void LeakObject() { static_cast<void>(NewObject()); }
 
@@ -56,6 +60,9 @@ void RetainTheDead() {
 
 // The array is autoreleased, and no pool is open.
 void ForgetPool() { static_cast<void>([NSMutableArray array]); }
+
+// Nothing is autoreleased here, but the framework might do so.
+void MessageWithoutPool() { NSGraphicsContext.currentContext = nil; }
 
 // On a thread of its own: a pool that stayed open here would serve the faults that follow.
 void LeavePoolOpen() {
@@ -189,6 +196,7 @@ Napi::Object Init(Napi::Env env, Napi::Object exports) {
   exports.Set("askTheDeadForFrame", Napi::Function::New(env, Call<AskTheDeadForFrame>));
   exports.Set("retainTheDead", Napi::Function::New(env, Call<RetainTheDead>));
   exports.Set("forgetPool", Napi::Function::New(env, Call<ForgetPool>));
+  exports.Set("messageWithoutPool", Napi::Function::New(env, Call<MessageWithoutPool>));
   exports.Set("leavePoolOpen", Napi::Function::New(env, Call<LeavePoolOpen>));
   exports.Set("leakBlock", Napi::Function::New(env, Call<LeakBlock>));
   exports.Set("leakCycle", Napi::Function::New(env, Call<LeakCycle>));

@@ -17,6 +17,8 @@ std::atomic<long> open_pools{0};
 
 namespace {
 
+thread_local long open_pools_of_thread = 0;
+
 id Send(id receiver, SEL selector) {
   return objc_msg_lookup(receiver, selector)(receiver, selector);
 }
@@ -28,7 +30,15 @@ bool IsBlock(id object) {
          isa == _NSConcreteGlobalBlock;
 }
 
+void CountPools(long change) {
+  open_pools += change;
+  open_pools_of_thread += change;
+}
+
 }  // namespace
+
+long OpenPoolsOfThread() { return open_pools_of_thread; }
+
 }  // namespace macdoubles
 
 extern "C" {
@@ -76,13 +86,13 @@ void objc_storeStrong(id* slot, id object) {
 void* objc_autoreleasePoolPush() {
   static const SEL make = sel_registerName("new");
   static const id pool_class = reinterpret_cast<id>(objc_getClass("NSAutoreleasePool"));
-  ++macdoubles::open_pools;
+  macdoubles::CountPools(1);
   return macdoubles::Send(pool_class, make);
 }
 
 void objc_autoreleasePoolPop(void* pool) {
   static const SEL drain = sel_registerName("drain");
-  --macdoubles::open_pools;
+  macdoubles::CountPools(-1);
   macdoubles::Send(static_cast<id>(pool), drain);
 }
 

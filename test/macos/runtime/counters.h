@@ -5,8 +5,11 @@
 
 namespace macdoubles {
 
-/// @autoreleasepool blocks of ARC code that are open now.
+/// @autoreleasepool blocks of ARC code that are open now, in all threads.
 extern std::atomic<long> open_pools;
+
+/// Those that the calling thread has open.
+long OpenPoolsOfThread();
 
 /// Blocks copied to the heap and not yet disposed of.
 extern std::atomic<long> live_blocks;

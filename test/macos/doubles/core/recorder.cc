@@ -4,6 +4,8 @@
 #include <mutex>
 #include <utility>
 
+#include "counters.h"
+
 namespace macdoubles {
 namespace {
 
@@ -30,7 +32,12 @@ size_t ThreadNumber() {
   return number;
 }
 
+bool IsMessage(const std::string& name) { return name.find('[') != std::string::npos; }
+
 void Append(State& state, std::string name, Value::List arguments) {
+  if (IsMessage(name) && OpenPoolsOfThread() == 0) {
+    state.violations.push_back(name + " without an autorelease pool");
+  }
   state.calls.push_back({thread_role, ThreadNumber(), std::move(name), std::move(arguments)});
 }
 

@@ -39,6 +39,8 @@ void ChangeScene(Value scene);
 /// A part of the scene by its top-level name; null when the test left it out.
 Value SceneOf(const std::string& name);
 
+/// A message, which a name in brackets is, is recorded as a violation too when the caller has no
+/// autorelease pool open: what the framework autoreleases on its way would stay.
 void Record(std::string name, Value::List arguments = {});
 
 /// Records a call whose documented answer may be nil, NULL or an error. True when it is to fail
