@@ -76,12 +76,6 @@ console.log(
     : 'There is no display: starting a private one, with a terminal, a GTK form and a browser.',
 );
 const desktop = hasDisplay ? null : await startDesktop();
-for (const signal of ['SIGINT', 'SIGTERM']) {
-  process.once(signal, async () => {
-    await desktop?.stop();
-    process.exit(1);
-  });
-}
 try {
   mkdirSync(out, { recursive: true });
   if (desktop) await untilPainted();

@@ -44,6 +44,10 @@ export async function startDesktop() {
     rmSync(profile, { recursive: true, force: true, maxRetries: 10, retryDelay: 50 });
   }
 
+  // What is in groups of its own does not see the terminal's interrupt.
+  for (const signal of ['SIGINT', 'SIGTERM']) {
+    process.once(signal, () => stop().finally(() => process.exit(1)));
+  }
   try {
     process.env.DISPLAY = `:${await startServer(start)}`;
     startPrograms(start, profile);

@@ -44,10 +44,8 @@ std::string Explain(int xcb_error, const std::string& display) {
       return "DISPLAY '" + display + "' is not a display name";
     case XCB_CONN_CLOSED_INVALID_SCREEN:
       return "the X server at '" + display + "' has no such screen";
-    default:
-      // XCB does not tell the two apart.
-      return "cannot connect to the X server at '" + display +
-             "': it does not run, or it refuses this program";
+    default:  // nobody there, or it refuses us: XCB does not tell which
+      return "cannot connect to the X server at '" + display + "'";
   }
 }
 
