@@ -64,11 +64,11 @@ test('a main display that is not among the displays gives the first one', async 
 
 test('a display whose screen cannot be found counts as scale 2.0 at the origin', async (t) => {
   const mac = scene(t, {
-    screens: [retina], content: { displays: [{ id: 8, width: 1440, height: 900 }] },
+    screens: [retina], content: { displays: [{ id: 8, width: 400, height: 300 }] },
   });
   const { base64, ...geometry } = await mac.addon.captureDisplay([], 0.5, 8);
   assert.deepEqual(geometry, {
-    width: 1390, height: 868, displayWidth: 1440, displayHeight: 900, displayId: 8,
+    width: 800, height: 600, displayWidth: 400, displayHeight: 300, displayId: 8,
     originX: 0, originY: 0,
   });
 });

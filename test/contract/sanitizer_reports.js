@@ -18,11 +18,12 @@ function isLeakOfOurs(leak, { countsDeliberate }) {
 
 /** The errors in a report, and the leaks with a frame in our own binaries. */
 function findingsIn(report, options = { countsDeliberate: false }) {
-  const leaks = report.split(/\n\s*\n/)
+  const blocks = report.split(/\n\s*\n/);
+  const leaks = blocks
     .filter((block) => /(Direct|Indirect) leak of/.test(block))
     .filter((leak) => isLeakOfOurs(leak, options));
-  const errors = report.split('\n')
-    .filter((line) => /ERROR: AddressSanitizer|runtime error:/.test(line));
+  const errors = blocks
+    .filter((block) => /ERROR: AddressSanitizer|runtime error:/.test(block));
   return { errors, leaks };
 }
 
