@@ -16,7 +16,7 @@ namespace {
 
 /// An 8-bit RGBA bitmap that allocates its own pixels; nil when it cannot.
 NSBitmapImageRep* MakeBitmap(int32_t width, int32_t height) {
-  return [[NSBitmapImageRep alloc] initWithBitmapDataPlanes:NULL
+  return [[NSBitmapImageRep alloc] initWithBitmapDataPlanes:nullptr
                                                  pixelsWide:width
                                                  pixelsHigh:height
                                               bitsPerSample:8
