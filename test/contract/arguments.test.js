@@ -32,11 +32,12 @@ const kinds = [
     regionUsage],
 ];
 
-test('captureDisplay() throws an Error, not a TypeError, with the full usage and no promise', (t) => {
-  const mac = scene(t);
-  throwsPlainError(() => mac.addon.captureDisplay(), displayUsage);
-  assert.deepEqual(mac.calls(), []);
-});
+test('captureDisplay() throws an Error, not a TypeError, with the full usage and no promise',
+  (t) => {
+    const mac = scene(t);
+    throwsPlainError(() => mac.addon.captureDisplay(), displayUsage);
+    assert.deepEqual(mac.calls(), []);
+  });
 
 test('captureDisplay throws its usage when the first argument is no array', (t) => {
   const mac = scene(t);
@@ -178,8 +179,8 @@ for (const [name, capture] of kinds) {
     { id: 4294967295, width: 100, height: 100 },
   ];
   const identifiers = [
-    ['absent', [], 1], ['0', [0], 1], ['NaN', [NaN], 1], ['a string', ['4'], 1], ['null', [null], 1],
-    ['known', [4], 4], ['a fraction', [4.9], 4], ['-1', [-1], 4294967295],
+    ['absent', [], 1], ['0', [0], 1], ['NaN', [NaN], 1], ['a string', ['4'], 1],
+    ['null', [null], 1], ['known', [4], 4], ['a fraction', [4.9], 4], ['-1', [-1], 4294967295],
     ['2^32 + 4', [2 ** 32 + 4], 4], ['unknown', [77], 4],
   ];
   for (const [shown, args, chosen] of identifiers) {

@@ -126,8 +126,8 @@ test('absurd frames end in a documented outcome', async (t) => {
 
 test('applications are excluded by exact identifier, in the order of the system', async (t) => {
   const mac = scene(t, { content: { applications: [
-    { bundleId: 'com.b' }, { bundleId: 'com.A' }, {}, { bundleId: 'com.a' }, { bundleId: 'com.a.x' },
-    { bundleId: 'com.a' }, { bundleId: '' },
+    { bundleId: 'com.b' }, { bundleId: 'com.A' }, {}, { bundleId: 'com.a' },
+    { bundleId: 'com.a.x' }, { bundleId: 'com.a' }, { bundleId: '' },
   ] } });
   await mac.addon.captureDisplay(['com.a', 'com.b', 'com.a']);
   assert.deepEqual(excluded(mac), ['application com.b', 'application com.a', 'application com.a']);

@@ -84,9 +84,10 @@ test('identifiers are unsigned 32-bit numbers', (t) => {
 });
 
 test('fractions of points and of scale are kept', (t) => {
-  const mac = scene(t, { screens: [{ ...builtIn, frame: [0.5, 0.25, 1000.5, 800.125], scale: 1.5 }] });
-  const [record] = mac.addon.listDisplays();
-  assert.deepEqual([record.originX, record.originY, record.width, record.height, record.scaleFactor],
+  const odd = { ...builtIn, frame: [0.5, 0.25, 1000.5, 800.125], scale: 1.5 };
+  const mac = scene(t, { screens: [odd] });
+  const [{ originX, originY, width, height, scaleFactor }] = mac.addon.listDisplays();
+  assert.deepEqual([originX, originY, width, height, scaleFactor],
     [0.5, -0.25, 1000.5, 800.125, 1.5]);
 });
 

@@ -136,7 +136,9 @@ function scene(t, script = {}) {
     },
 
     /** Waits until no framework thread and no main-queue block is left to run. */
-    rest: async () => assert.ok(await until(() => isAtRest(whole)), 'the frameworks did not come to rest'),
+    rest: async () => {
+      assert.ok(await until(() => isAtRest(whole)), 'the frameworks did not come to rest');
+    },
 
     serviceMainQueue: () => doubles.serviceMainQueue(),
     waitingMainQueueBlocks: () => doubles.leftovers().mainQueueBlocks,

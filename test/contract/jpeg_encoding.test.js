@@ -1,5 +1,5 @@
 'use strict';
-// A captured picture as base64 JPEG text: what is drawn, how it is encoded, what counts as a picture.
+// A captured picture as base64 JPEG text: what is drawn, how it is encoded, what counts as one.
 const assert = require('node:assert/strict');
 const { test } = require('node:test');
 

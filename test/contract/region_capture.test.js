@@ -106,7 +106,8 @@ test('no screen is looked at', async (t) => {
 });
 
 test('applications are excluded as in a display capture', async (t) => {
-  const mac = scene(t, { content: { applications: [{ bundleId: 'com.b' }, { bundleId: 'com.a' }] } });
+  const applications = [{ bundleId: 'com.b' }, { bundleId: 'com.a' }];
+  const mac = scene(t, { content: { applications } });
   await mac.addon.captureRegion(['com.a', 'com.none'], 0, 0, 10, 10, 10, 10);
   assert.deepEqual(mac.callsTo(filterCall)[0].slice(2), [['application com.a'], []]);
 });

@@ -1,6 +1,6 @@
 'use strict';
-// Prints what the process has before and after it loads the addon. The doubles are there already: as
-// on macOS, the frameworks are not what is measured.
+// Prints what the process has before and after it loads the addon. The doubles are there already,
+// for the frameworks are not what is measured.
 const fs = require('node:fs');
 const path = require('node:path');
 

@@ -29,7 +29,8 @@ const moments = {
   // The answers come while the thread ends.
   'image at once': {
     script: { timeScale: 1, image: { answer: 'held' } },
-    inFlight: () => doubles.leftovers().heldAnswers === capturesEach && doubles.deliver('image') > 0,
+    inFlight: () => doubles.leftovers().heldAnswers === capturesEach
+      && doubles.deliver('image') > 0,
     afterwards: () => {},
   },
 };
@@ -63,7 +64,8 @@ async function main(name, rounds) {
     return Object.keys(objects).length === 0 && Object.values(counts).every((n) => n === 0);
   };
   const clean = await until(isClean);
-  const asked = doubles.calls().filter(({ call }) => call[0] === 'dispatch_semaphore_create').length;
+  const asked = doubles.calls()
+    .filter(({ call }) => call[0] === 'dispatch_semaphore_create').length;
   console.log(JSON.stringify({
     asked, clean, leftovers: doubles.leftovers(), violations: doubles.violations(),
   }));
