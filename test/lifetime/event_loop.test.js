@@ -9,7 +9,7 @@ const { startXServer } = require('../support/x_server.js');
 
 const script = (name) => path.join(__dirname, 'scripts', name);
 
-test('turns on while captures are under way, each of which is settled once, as itself', async (t) => {
+test('turns on during captures, each of which is settled once, as itself', async (t) => {
   const captures = 16;
   const { env } = await startXServer(t, { screen: '1920x1080x24' });
   const { code, errors, messages } = await runScript(t, script('busy_loop_turns.js'), {

@@ -300,7 +300,8 @@ describe('the quality', () => {
 
 describe('bad arguments of captureDisplay', () => {
   for (const args of [[], [undefined], [null], ['com.example'], [{ length: 0 }], [1, 0.5]]) {
-    test(`(${JSON.stringify(args).slice(1, -1)}) throws a plain Error with the usage`, async (t) => {
+    const list = JSON.stringify(args).slice(1, -1);
+    test(`(${list}) throws a plain Error with the usage`, async (t) => {
       const { addon } = startHost(t, NOWHERE);
       await assert.rejects(addon.captureDisplay(...args), {
         outcome: 'thrown',

@@ -146,7 +146,8 @@ describe('listDisplays', () => {
   });
 
   test('a server without RandR is one display', async (t) => {
-    const { addon } = await startDesktop(t, { screen: '800x600x24', args: ['-extension', 'RANDR'] });
+    const args = ['-extension', 'RANDR'];
+    const { addon } = await startDesktop(t, { screen: '800x600x24', args });
     const displays = await addon.listDisplays();
     assert.equal(displays.length, 1);
     assert.deepEqual(

@@ -75,7 +75,7 @@ describe('an application with a window on the screen is refused', () => {
 
   for (const manager of [false, true]) {
     const surroundings = manager ? 'with' : 'without';
-    test(`a real program by class or desktop entry, ${surroundings} a window manager`, async (t) => {
+    test(`a program by class or desktop entry, ${surroundings} a window manager`, async (t) => {
       const desktop = await startDesktop(t, { manager });
       await startTerminal(t, desktop, {
         geometry: '60x20+100+100',

@@ -67,7 +67,8 @@ describe('loading the addon', () => {
       (error) => error === refusal,
     );
     for (const name of NAMES) {
-      assert.equal(typeof module.exports[name], name === 'captureRegion' ? 'undefined' : 'function');
+      const expected = name === 'captureRegion' ? 'undefined' : 'function';
+      assert.equal(typeof module.exports[name], expected);
     }
   });
 });

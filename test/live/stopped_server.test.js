@@ -97,11 +97,12 @@ answer`,
   test('with eight captures under way fails them all in bounded time', async (t) => {
     const { addon, server } = await connectedDesktop(t);
     await server.pause();
-    const flight = Array.from({ length: 8 }, () => addon.captureDisplay([]));
+    const captures = Array.from({ length: 8 }, () => addon.captureDisplay([]));
+    const flight = Promise.allSettled(captures);
     await assertEndsWithin(CAPTURE_BOUND_MS, async () => {
-      for (const { status, reason } of await Promise.allSettled(flight)) {
+      for (const { status, reason } of await flight) {
         assert.equal(status, 'rejected');
-        assert.match(reason.message, /does not answer$|timed out after 10 seconds$|still waiting/);
+        assert.match(reason.message, /the X server at '.*' does not answer$/);
       }
     });
     server.resume();

@@ -32,23 +32,31 @@ async function assertRejects(addon, message) {
   }
 }
 
+/** What a capture rejects with when no connection can be made. */
+function unreachable(display) {
+  return `Failed to get shareable content: cannot connect to the X server at '${display}': \
+it does not run, or it refuses this program`;
+}
+
 async function assertShows(addon, colour) {
   const picture = await decode((await addon.captureDisplay([])).base64);
   assertColour(picture, 100, 100, colour);
 }
 
 describe('without a server', () => {
-  for (const [description, DISPLAY, cause] of [
-    ['no DISPLAY', undefined, 'no X display: DISPLAY is not set'],
-    ['an empty DISPLAY', '', 'no X display: DISPLAY is not set'],
-    ['no display name', 'what is this', "DISPLAY 'what is this' is not a display name"],
-    ['nobody there', ':59999', "cannot connect to the X server at ':59999'"],
-    ['nobody on the network', '127.0.0.1:59999', "cannot connect to the X server at \
-'127.0.0.1:59999'"],
+  const notSet = 'Failed to get shareable content: no X display: DISPLAY is not set';
+  const notAName =
+    "Failed to get shareable content: DISPLAY 'what is this' is not a display name";
+  for (const [description, DISPLAY, message] of [
+    ['no DISPLAY', undefined, notSet],
+    ['an empty DISPLAY', '', notSet],
+    ['no display name', 'what is this', notAName],
+    ['nobody there', ':59999', unreachable(':59999')],
+    ['nobody on the network', '127.0.0.1:59999', unreachable('127.0.0.1:59999')],
   ]) {
     test(`${description}: captures reject with the cause and there are no displays`, async (t) => {
       const { addon } = startHost(t, { ...process.env, DISPLAY });
-      await assertRejects(addon, `Failed to get shareable content: ${cause}`);
+      await assertRejects(addon, message);
       assert.deepEqual(await addon.listDisplays(), []);
       assert.equal((await addon.getDisplaySize()).width, 0);
     });
@@ -79,10 +87,7 @@ describe('without a server', () => {
     );
     const { env, display } = await startXServer(t, { args: ['-auth', cookies] });
     const { addon } = startHost(t, env);
-    await assertRejects(
-      addon,
-      `Failed to get shareable content: cannot connect to the X server at '${display}'`,
-    );
+    await assertRejects(addon, unreachable(display));
     assert.deepEqual(await addon.listDisplays(), []);
     const trusted = startHost(t, { ...env, XAUTHORITY: cookies });
     assert.equal((await trusted.addon.listDisplays()).length, 1);
@@ -91,10 +96,7 @@ describe('without a server', () => {
   test('a server that comes later is used', async (t) => {
     const number = highDisplayNumber();
     const { addon } = startHost(t, { ...process.env, DISPLAY: `:${number}` });
-    await assertRejects(
-      addon,
-      `Failed to get shareable content: cannot connect to the X server at ':${number}'`,
-    );
+    await assertRejects(addon, unreachable(`:${number}`));
     await startXServer(t, { number, screen: '800x600x24' });
     assert.equal((await addon.captureDisplay([])).displayWidth, 800);
     assert.equal((await addon.listDisplays())[0].width, 800);
@@ -119,10 +121,7 @@ describe('a server that dies', () => {
     await assertShows(addon, RED);
     assert.equal((await addon.listDisplays()).length, 1);
     await first.server.kill();
-    await assertRejects(
-      addon,
-      `Failed to get shareable content: cannot connect to the X server at ':${number}'`,
-    );
+    await assertRejects(addon, unreachable(`:${number}`));
     assert.deepEqual(await addon.listDisplays(), []);
 
     const { env } = await startXServer(t, { number });
@@ -146,17 +145,14 @@ describe('a server that dies', () => {
     const { addon, server } = await startDesktop(t, { number: highDisplayNumber() });
     await addon.captureDisplay([]);
     await server.pause();
-    const flight = Object.entries(captures).map(([name, capture]) =>
-      assert.rejects(capture(addon), {
-        name: 'Error',
-        message: new RegExp(
-          `^${name} capture failed: lost the X server at '${server.display}'$|` +
-            `^Failed to get shareable content: cannot connect to the X server at '${server.display}'$`,
-        ),
-      }),
-    );
+    const flight = Promise.allSettled(Object.values(captures).map((capture) => capture(addon)));
     await server.kill();
-    await Promise.all(flight);
+    const names = Object.keys(captures);
+    (await flight).forEach(({ reason }, index) => {
+      // The later one may not have begun when the server died.
+      const lost = `${names[index]} capture failed: lost the X server at '${server.display}'`;
+      assert.ok([lost, unreachable(server.display)].includes(reason?.message), `${reason}`);
+    });
   });
 
   test('fifty times leaves no thread and no open file behind', async (t) => {

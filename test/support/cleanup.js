@@ -2,7 +2,7 @@
 
 const stacks = new WeakMap();
 
-/** Runs `action` when the test of `t` has ended, passed or failed; the last one registered first. */
+/** Runs `action` when the test of `t` has ended, passed or failed; the last one given first. */
 function atEnd(t, action) {
   if (!stacks.has(t)) {
     const stack = [];

@@ -16,8 +16,8 @@ async function startWindowManager(t, env, painter) {
 }
 
 /**
- * A private desktop: a server, a painter on it and a fresh host of the addon; all of it is gone when
- * the test ends. `manager`: with a window manager. Other options are those of the server.
+ * A private desktop: a server, a painter on it and a fresh host of the addon; all of it is gone
+ * when the test ends. `manager`: with a window manager. Other options are those of the server.
  */
 async function startDesktop(t, { manager = false, ...options } = {}) {
   const server = await startXServer(t, options);

@@ -3,6 +3,9 @@
 const path = require('node:path');
 const { start, usageOf } = require('./processes.js');
 
+/** Longer than any call may take; a test that waits in vain is to fail, not to hang. */
+const ANSWER_MS = 30_000;
+
 /** An environment with a display name under which there is no server. */
 const NOWHERE = { ...process.env, DISPLAY: ':59999' };
 
@@ -11,7 +14,7 @@ function isSanitized() {
   return Boolean(process.env.DESKHAND_PRELOAD);
 }
 
-/** The environment of a process that loads the addon; a sanitizer's runtime must come first there. */
+/** The environment of a process that loads the addon; a sanitizer's runtime comes first there. */
 function hostEnvironment(env) {
   const preload = process.env.DESKHAND_PRELOAD;
   return preload ? { ...env, LD_PRELOAD: preload } : env;
@@ -43,8 +46,11 @@ function startHost(t, env) {
   });
   const order = (message) =>
     new Promise((resolve, reject) => {
-      waiting.set(nextId, { resolve, reject });
-      child.send({ id: nextId++, ...message });
+      const id = nextId++;
+      waiting.set(id, { resolve, reject });
+      child.send({ id, ...message });
+      const isLate = new Error(`the host has not answered for ${ANSWER_MS} ms`);
+      setTimeout(() => reject(isLate), ANSWER_MS).unref();
     });
   return {
     addon: new Proxy(

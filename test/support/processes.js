@@ -33,8 +33,9 @@ async function end(child) {
 }
 
 /**
- * Starts a program that is gone when the test ends, with its children: it leads a process group, and
- * dies with this process even if that is killed. `child.errors()` is what it wrote to standard error.
+ * Starts a program that is gone when the test ends, with its children: it leads a process group,
+ * and dies with this process even if that is killed. `child.errors()` is what it wrote to standard
+ * error.
  */
 function start(t, command, args, { env = process.env, stdio = ['ignore', 'ignore', 'pipe'] } = {}) {
   const child = spawn('setpriv', ['--pdeathsig', 'KILL', command, ...args], {

@@ -6,16 +6,20 @@ const { hostEnvironment } = require('./host.js');
 const { leaksOfAddon } = require('./leaks.js');
 const { start } = require('./processes.js');
 
+/** Longer than any script may take; a test that waits in vain is to fail, not to hang. */
+const SCRIPT_MS = 180_000;
+
 /**
- * Runs a script that loads the addon in a process of its own. `messages` is what it has sent so far;
- * `next()` resolves with its next message, and with undefined when it ends before; `ended` resolves
- * with { code, signal, errors, messages }, and rejects when a leak was reported.
+ * Runs a script that loads the addon in a process of its own. `messages` is what it has sent so
+ * far; `next()` resolves with its next message, and with undefined when it ends before; `ended`
+ * resolves with { code, signal, errors, messages }, and rejects when a leak was reported.
  */
 function startScript(t, file, { env = process.env, args = [] } = {}) {
   const child = start(t, process.execPath, ['--expose-gc', file, ...args], {
     env: hostEnvironment(env),
     stdio: ['ignore', 'ignore', 'pipe', 'ipc'],
   });
+  setTimeout(() => child.kill('SIGKILL'), SCRIPT_MS).unref();
   const messages = [];
   child.on('message', (message) => messages.push(message));
   // 'close' comes when all that it wrote and sent has arrived.

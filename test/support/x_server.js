@@ -20,7 +20,8 @@ function removeTraces(number) {
 /**
  * A private X server that is ready and has a display number of its own.
  * `screen`: width x height x depth. `number`: the display number, for a server that is to come back
- * under it. `transport`: 'local' or 'tcp', over which then all connections go. `args`: more arguments.
+ * under it. `transport`: 'local' or 'tcp', over which then all connections go. `args`: more
+ * arguments.
  */
 async function startXServer(
   t,

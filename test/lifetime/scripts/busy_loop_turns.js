@@ -1,7 +1,7 @@
 'use strict';
 
-// Counts the turns of the event loop while captures are under way. Sends the turns that each capture
-// took to be settled, in order, and what became of it.
+// Counts the turns of the event loop while captures are under way. Sends the turns that each
+// capture took to be settled, in order, and what became of it.
 const addon = require('../../support/addon.js');
 
 const captures = Number(process.argv[2]);
