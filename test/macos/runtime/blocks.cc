@@ -1,6 +1,6 @@
 // A blocks runtime that retains captured objects and counts heap blocks.
 // The ones that Debian offers do neither: there, a block compiled without ARC holds captured
-// objects unretained. Layout and flags are those of Clang's "Block Implementation Specification".
+// objects unretained. Layout and flags are as Clang documents its block ABI.
 #include "blocks.h"
 
 #include <atomic>
