@@ -66,6 +66,19 @@ describe('an application with a window on the screen is refused', () => {
     await assertRefused(addon, ['Secret'], 'Secret');
   });
 
+  test('inside of the window of another', async (t) => {
+    const { addon, painter } = await startDesktop(t);
+    const outer = { x: 100, y: 100, width: 600, height: 400, colour: GREEN };
+    await painter.window('outer', { ...outer, wmClass: 'outer/Outer' });
+    await painter.window('middle', { ...outer, wmClass: 'middle/Middle' });
+    await painter.window('secret', SECRET);
+    await painter.embed('middle', 'outer');
+    await painter.embed('secret', 'middle');
+    await assertRefused(addon, ['Secret'], 'Secret');
+    await assertRefused(addon, ['Middle'], 'Middle');
+    await assertRefused(addon, ['Outer'], 'Outer');
+  });
+
   test('as soon as its window appears', async (t) => {
     const { addon, painter } = await startDesktop(t);
     await assertTaken(addon, ['Secret']);

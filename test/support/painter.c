@@ -7,6 +7,7 @@
 //   move NAME X Y       raise NAME      focus NAME       destroy NAME
 //   hide NAME           iconify NAME    activate NAME (as a window manager, by _NET_ACTIVE_WINDOW)
 //   property NAME ATOM TEXT   sets a text property
+//   embed NAME PARENT   makes it a child of that window, in its corner
 //   cursor NAME COLOUR  the pointer over that window: a square of 16 pixels, hot spot at (4, 4)
 //   pointer X Y         warps the pointer
 //   background COLOUR   of the root window
@@ -207,6 +208,15 @@ static bool Move(const char* arguments) {
   return Sync();
 }
 
+static bool Embed(const char* arguments) {
+  char name[kNameSize], parent_name[kNameSize];
+  if (sscanf(arguments, "%63s %63s", name, parent_name) != 2) return false;
+  const xcb_window_t window = Find(name), parent = Find(parent_name);
+  if (!window || !parent) return false;
+  xcb_reparent_window(connection, window, parent, 0, 0);
+  return Sync();
+}
+
 static bool SetProperty(const char* arguments) {
   char name[kNameSize], atom[kNameSize], text[kNameSize];
   if (sscanf(arguments, "%63s %63s %63s", name, atom, text) != 3) return false;
@@ -307,9 +317,10 @@ static bool Run(const char* command, const char* arguments) {
   static const struct {
     const char* name;
     bool (*run)(const char* arguments);
-  } plain[] = {{"window", CreateWindow}, {"move", Move},           {"property", SetProperty},
-               {"cursor", SetCursor},    {"pointer", WarpPointer}, {"background", SetBackground},
-               {"grab", GrabScreen}};
+  } plain[] = {{"window", CreateWindow},      {"move", Move},
+               {"property", SetProperty},     {"embed", Embed},
+               {"cursor", SetCursor},         {"pointer", WarpPointer},
+               {"background", SetBackground}, {"grab", GrabScreen}};
   static const struct {
     const char* name;
     bool (*run)(xcb_window_t window);

@@ -66,6 +66,7 @@ function startPainter(t, env) {
     hide: (name) => order('hide', name),
     iconify: (name) => order('iconify', name),
     property: (name, atom, text) => order('property', name, atom, text),
+    embed: (name, parent) => order('embed', name, parent),
     cursor: (name, colour) => order('cursor', name, hex(colour)),
     pointer: (x, y) => order('pointer', x, y),
     background: (colour) => order('background', hex(colour)),

@@ -17,7 +17,6 @@ namespace deskhand::platform {
 namespace {
 
 constexpr uint32_t kLongestText = 256;  // in units of 4 bytes; longer names are cut
-constexpr int kDeepest = 8;             // frames lie around frames, but not without end
 
 struct Atoms {
   xcb_atom_t gtk_application_id;
@@ -113,7 +112,8 @@ std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session) {
                     InternAtom(connection, "_NET_WM_PID")};
   std::vector<ShownWindow> shown;
   std::vector<xcb_window_t> level{session.screen().root};
-  for (int depth = 0; depth < kDeepest && !level.empty(); ++depth) {
+  // To the bottom: an application's window may lie in a frame, or be embedded in that of another.
+  while (!level.empty()) {
     std::vector<Question> questions;
     questions.reserve(level.size());
     for (const xcb_window_t window : level) questions.push_back(Ask(connection, window, atoms));
@@ -121,12 +121,9 @@ std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session) {
     for (const Question& question : questions) {
       Answer answer = Read(connection, question);
       if (!answer.is_shown) continue;
+      level.insert(level.end(), answer.children.begin(), answer.children.end());
       const bool is_root = question.window == session.screen().root;
-      if (!is_root && NamesApplication(answer.window)) {
-        shown.push_back(std::move(answer.window));
-      } else {
-        level.insert(level.end(), answer.children.begin(), answer.children.end());
-      }
+      if (!is_root && NamesApplication(answer.window)) shown.push_back(std::move(answer.window));
     }
   }
   if (!session.error().empty()) return std::nullopt;

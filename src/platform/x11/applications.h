@@ -20,8 +20,8 @@ struct ShownWindow {
   uint32_t process_id = 0;
 };
 
-/// The viewable windows that name an application: top-level windows and, inside of window manager
-/// frames, their clients. None when the connection is lost.
+/// The viewable windows that name an application: top-level windows, clients in the frames of a
+/// window manager, and windows embedded in those of others. None when the connection is lost.
 std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session);
 
 /// The application's identifier as far as the window itself tells it; none when it does not.
