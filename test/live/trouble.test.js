@@ -34,8 +34,7 @@ async function assertRejects(addon, message) {
 
 /** What a capture rejects with when no connection can be made. */
 function unreachable(display) {
-  return `Failed to get shareable content: cannot connect to the X server at '${display}': \
-it does not run, or it refuses this program`;
+  return `Failed to get shareable content: cannot connect to the X server at '${display}'`;
 }
 
 async function assertShows(addon, colour) {
