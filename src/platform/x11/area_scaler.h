@@ -8,9 +8,9 @@
 
 namespace deskhand::platform {
 
-/// Where one target pixel of an axis comes from: weights of consecutive source pixels. They add up
-/// to the axis' `unit` where the target pixel lies inside the source, to less where it sticks out,
-/// as if the outside were black.
+/// Which source pixels each target pixel of an axis is made of: consecutive ones, each with a
+/// weight. The weights add up to the axis' unit where the target pixel lies inside the source, to
+/// less where it sticks out, as if the outside were black.
 struct AxisWeights {
   struct Span {
     int32_t first = 0;  // source pixel
@@ -55,12 +55,19 @@ class AreaScaler {
 
  private:
   void SumRows(const AxisWeights::Span& span);
+  template <int kPairs>
+  void WeighColumns(uint8_t* target) const;
+  void WeighManyColumns(uint8_t* target) const;
 
   const Picture source_;
-  const AxisWeights columns_;
   const AxisWeights rows_;
+  // Columns, two source pixels at a time: a target pixel starts at the source pixel `first_`, and
+  // has `pairs_` pairs of weights, each weight once for every byte of its pixel.
+  std::vector<int32_t> first_;
+  std::vector<uint16_t> pair_weights_;
+  int32_t pairs_ = 1;
   std::vector<uint16_t>
-      summed_;  // one source row's width, weighted sum of the rows of a target row
+      summed_;  // the weighted sum of a target row's source rows, and zeros behind
 };
 
 }  // namespace deskhand::platform
