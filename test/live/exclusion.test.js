@@ -5,7 +5,7 @@ const assert = require('node:assert/strict');
 const { describe, test } = require('node:test');
 const { startDesktop } = require('../support/desktop.js');
 const { assertColour, decode } = require('../support/picture.js');
-const { startTerminal } = require('../support/programs.js');
+const { startBrowser, startTerminal } = require('../support/programs.js');
 
 const RED = '#c02020';
 const GREEN = '#20a040';
@@ -100,6 +100,21 @@ describe('an application with a window on the screen is refused', () => {
       await assertTaken(desktop.addon, ['debian-uxterm-of-nobody', 'openbox', 'Secret']);
     });
   }
+});
+
+describe('a browser is refused', () => {
+  test('by class or desktop entry, whatever its windows are called', async (t) => {
+    const desktop = await startDesktop(t, { manager: true });
+    await startBrowser(t, desktop, {
+      ...{ x: 0, y: 0, width: 700, height: 500 },
+      html: `<body style="background: ${GREEN}">`,
+      colour: GREEN,
+      probe: { x: 300, y: 300 },
+    });
+    await assertRefused(desktop.addon, ['Chromium'], 'Chromium');
+    await assertRefused(desktop.addon, ['chromium'], 'chromium');
+    await assertTaken(desktop.addon, ['chrom', 'CHROMIUM']);
+  });
 });
 
 describe('nothing stands against a list', () => {
