@@ -3,6 +3,7 @@
 #include <cmath>
 #include <cstdio>
 #include <random>
+#include <tuple>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -17,6 +18,7 @@ struct Decoded {
   int width = 0, height = 0;
   int horizontal_sampling = 0, vertical_sampling = 0;
   std::vector<uint8_t> rgb;
+  long warnings = 0;
 };
 
 Decoded Decode(const JpegData& data) {
@@ -38,13 +40,21 @@ Decoded Decode(const JpegData& data) {
     jpeg_read_scanlines(&info, &row, 1);
   }
   jpeg_finish_decompress(&info);
+  decoded.warnings = errors.num_warnings;
   jpeg_destroy_decompress(&info);
   return decoded;
 }
 
+JpegData Encode(int32_t width, int32_t height, double quality, const RowSource& rows,
+                int32_t wanted = 1) {
+  JpegParts parts(width, height, quality, wanted);
+  for (int32_t part = parts.count() - 1; part >= 0; --part) parts.Encode(part, rows);
+  return parts.Join();
+}
+
 /// Left half red, right half blue.
 JpegData TwoColours(int32_t width, int32_t height, double quality) {
-  return EncodeRows(width, height, quality, [width](int32_t, uint8_t* row) {
+  return Encode(width, height, quality, [width](int32_t, uint8_t* row) {
     for (int32_t x = 0; x < width; ++x) {
       row[4 * x] = x < width / 2 ? 0 : 255;
       row[4 * x + 1] = 0;
@@ -55,7 +65,7 @@ JpegData TwoColours(int32_t width, int32_t height, double quality) {
 
 JpegData Noise(int32_t width, int32_t height, double quality) {
   std::mt19937 random(1);
-  return EncodeRows(width, height, quality, [&](int32_t, uint8_t* row) {
+  return Encode(width, height, quality, [&](int32_t, uint8_t* row) {
     for (int32_t i = 0; i < 4 * width; ++i) row[i] = static_cast<uint8_t>(random());
   });
 }
@@ -96,6 +106,34 @@ TEST(JpegEncoder, NaNQualityIsTheDefault) {
 
 TEST(JpegEncoder, QualityBelowOnePercentIsOnePercent) {
   EXPECT_EQ(Noise(64, 64, 1e-300).size, Noise(64, 64, 0.01).size);
+}
+
+TEST(JpegEncoder, PartsJoinToThePictureThatIsEncodedInOnePiece) {
+  for (const auto& [width, height, wanted] : {std::tuple{1456, 819, 2},
+                                              {1456, 819, 3},
+                                              {500, 2011, 12},
+                                              {300, 1600, 2},
+                                              {65500, 33, 2}}) {
+    const RowSource rows = [width = width](int32_t y, uint8_t* row) {
+      for (int32_t x = 0; x < width; ++x) {
+        row[4 * x] = static_cast<uint8_t>(x + y);
+        row[4 * x + 1] = static_cast<uint8_t>(x * y / 64);
+        row[4 * x + 2] = static_cast<uint8_t>(y);
+      }
+    };
+    ASSERT_GT(JpegParts(width, height, 0.8, wanted).count(), 1) << width << " x " << height;
+    const Decoded joined = Decode(Encode(width, height, 0.8, rows, wanted));
+    const Decoded whole = Decode(Encode(width, height, 0.8, rows));
+    EXPECT_EQ(joined.height, height);
+    EXPECT_EQ(joined.warnings, 0);
+    EXPECT_TRUE(joined.rgb == whole.rgb) << width << " x " << height;
+  }
+}
+
+TEST(JpegEncoder, HasOnePartWherePartsAreOfNoUseOrCannotBeJoined) {
+  EXPECT_EQ(JpegParts(64, 64, 0.8, 2).count(), 1);
+  EXPECT_EQ(JpegParts(65500, 16, 0.8, 2).count(), 1);
+  EXPECT_EQ(JpegParts(16384, 8192, 0.8, 2).count(), 1);  // more blocks than an interval can have
 }
 
 TEST(JpegEncoder, AcceptsOnlySizesThatAJpegCanHave) {

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <csetjmp>
 #include <cstdio>
+#include <cstring>
+#include <utility>
 #include <vector>
 
 // After <cstdio>: the header needs FILE.
@@ -12,10 +14,14 @@
 namespace deskhand::platform {
 namespace {
 
-constexpr int kRowsAtATime = 16;  // one row of 4:2:0 blocks
+constexpr int32_t kBlockRows = 16;  // of pixels in a row of 4:2:0 blocks
+constexpr int32_t kBlockColumns = 16;
 constexpr double kQualityForNaN = 0.75;
 // 16384 x 8192: a wall of displays, and about a second's work. More is a mistake or an attack.
 constexpr int64_t kMostPixels = int64_t{1} << 27;
+// Below this, waking another thread takes longer than the work that it would do.
+constexpr int64_t kFewestPixelsOfAPart = int64_t{1} << 16;
+constexpr int64_t kLongestRestartInterval = 65535;  // blocks: the marker segment has 16 bits
 
 struct ErrorManager {
   jpeg_error_mgr base;  // first: the library hands out a pointer to it
@@ -65,46 +71,58 @@ int QualityNumber(double quality) {
   return static_cast<int>(std::lround(std::clamp(factor, 0.01, 1.0) * 100));
 }
 
-void Configure(jpeg_compress_struct* info, int32_t width, int32_t height, double quality) {
-  info->image_width = width;
-  info->image_height = height;
+int32_t BlockRowsIn(int32_t height) { return (height + kBlockRows - 1) / kBlockRows; }
+
+/// How many blocks a part of `rows` rows has.
+int64_t BlocksIn(int32_t width, int32_t rows) {
+  return int64_t{(width + kBlockColumns - 1) / kBlockColumns} * BlockRowsIn(rows);
+}
+
+/// What one part needs to know.
+struct Part {
+  int32_t width;
+  int32_t first_row;
+  int32_t rows;
+  int quality;
+  unsigned restart_interval;  // 0: none, the part is the whole picture
+};
+
+void Configure(jpeg_compress_struct* info, const Part& part) {
+  info->image_width = part.width;
+  info->image_height = part.rows;
   info->input_components = 4;
   info->in_color_space = JCS_EXT_BGRX;
   jpeg_set_defaults(info);  // 4:2:0
-  jpeg_set_quality(info, QualityNumber(quality), /*force_baseline=*/TRUE);
+  jpeg_set_quality(info, part.quality, /*force_baseline=*/TRUE);
   info->dct_method = JDCT_ISLOW;
+  info->restart_interval = part.restart_interval;
 }
 
 /// All that the library touches. No object here has a destructor: an error leaves by longjmp.
-bool Compress(jpeg_compress_struct* info, ErrorManager* errors, int32_t width, int32_t height,
-              double quality, const RowSource& rows, uint8_t* strip, Destination* destination) {
-  const size_t stride = size_t{4} * width;
-  JSAMPROW pointers[kRowsAtATime];
-  for (int index = 0; index < kRowsAtATime; ++index) pointers[index] = strip + index * stride;
+bool Compress(jpeg_compress_struct* info, ErrorManager* errors, const Part& part,
+              const RowSource& rows, uint8_t* strip, Destination* destination) {
+  const size_t stride = size_t{4} * part.width;
+  JSAMPROW pointers[kBlockRows];
+  for (int index = 0; index < kBlockRows; ++index) pointers[index] = strip + index * stride;
   if (setjmp(errors->escape) != 0) return false;
   jpeg_create_compress(info);
   info->dest = &destination->base;
-  Configure(info, width, height, quality);
+  Configure(info, part);
   jpeg_start_compress(info, TRUE);
   while (info->next_scanline < info->image_height) {
-    const int32_t first = info->next_scanline;
-    const int32_t count = std::min(kRowsAtATime, height - first);
-    for (int32_t index = 0; index < count; ++index) rows(first + index, pointers[index]);
+    const int32_t done = info->next_scanline;
+    const int32_t count = std::min(kBlockRows, part.rows - done);
+    for (int32_t index = 0; index < count; ++index) {
+      rows(part.first_row + done + index, pointers[index]);
+    }
     jpeg_write_scanlines(info, pointers, count);
   }
   jpeg_finish_compress(info);
   return true;
 }
 
-}  // namespace
-
-bool IsJpegSize(int32_t width, int32_t height) {
-  return width >= 1 && height >= 1 && width <= JPEG_MAX_DIMENSION && height <= JPEG_MAX_DIMENSION &&
-         int64_t{width} * height <= kMostPixels;
-}
-
-JpegData EncodeRows(int32_t width, int32_t height, double quality, const RowSource& rows) {
-  std::vector<uint8_t> strip(size_t{4} * width * kRowsAtATime);
+JpegData EncodePart(const Part& part, const RowSource& rows) {
+  std::vector<uint8_t> strip(size_t{4} * part.width * kBlockRows);
   jpeg_compress_struct info{};
   ErrorManager errors{};
   info.err = jpeg_std_error(&errors.base);
@@ -114,13 +132,96 @@ JpegData EncodeRows(int32_t width, int32_t height, double quality, const RowSour
   destination.base.init_destination = StartOutput;
   destination.base.empty_output_buffer = ExtendOutput;
   destination.base.term_destination = FinishOutput;
-  const bool done =
-      Compress(&info, &errors, width, height, quality, rows, strip.data(), &destination);
+  const bool done = Compress(&info, &errors, part, rows, strip.data(), &destination);
   jpeg_destroy_compress(&info);
   JpegData data{.bytes = std::unique_ptr<uint8_t, JpegData::Free>(destination.bytes)};
   if (!done) return {};
   data.size = destination.capacity - destination.base.free_in_buffer;
   return data;
+}
+
+// Markers of ITU-T T.81, table B.1, without their first byte, 0xff.
+constexpr uint8_t kStartOfFrame = 0xc0;
+constexpr uint8_t kFirstRestart = 0xd0;
+constexpr uint8_t kStartOfScan = 0xda;
+constexpr size_t kMarkerSize = 2;
+constexpr size_t kHeightInFrame = 5;  // behind the marker, the segment's length and the precision
+
+/// Calls `segment` with the marker and the place of each segment of the header, and returns where
+/// the header ends and the compressed data begin.
+template <class Segment>
+size_t WalkHeader(uint8_t* bytes, const Segment& segment) {
+  size_t at = kMarkerSize;  // behind the start of image
+  for (;;) {
+    const uint8_t marker = bytes[at + 1];
+    segment(marker, bytes + at);
+    at += kMarkerSize + (size_t{bytes[at + 2]} << 8 | bytes[at + 3]);
+    if (marker == kStartOfScan) return at;
+  }
+}
+
+void WriteHeight(uint8_t* header, int32_t height) {
+  WalkHeader(header, [height](uint8_t marker, uint8_t* segment) {
+    if (marker != kStartOfFrame) return;
+    segment[kHeightInFrame] = static_cast<uint8_t>(height >> 8);
+    segment[kHeightInFrame + 1] = static_cast<uint8_t>(height);
+  });
+}
+
+}  // namespace
+
+bool IsJpegSize(int32_t width, int32_t height) {
+  return width >= 1 && height >= 1 && width <= JPEG_MAX_DIMENSION && height <= JPEG_MAX_DIMENSION &&
+         int64_t{width} * height <= kMostPixels;
+}
+
+JpegParts::JpegParts(int32_t width, int32_t height, double quality, int32_t wanted)
+    : width_(width), height_(height), quality_(QualityNumber(quality)), rows_each_(height) {
+  const int32_t block_rows = BlockRowsIn(height);
+  const int64_t most = int64_t{width} * height / kFewestPixelsOfAPart;
+  const auto parts = static_cast<int32_t>(std::clamp<int64_t>(most, 1, wanted));
+  const int32_t rows_each = (block_rows + parts - 1) / parts * kBlockRows;
+  if (parts > 1 && BlocksIn(width, rows_each) <= kLongestRestartInterval) rows_each_ = rows_each;
+  parts_.resize((height + rows_each_ - 1) / rows_each_);
+}
+
+void JpegParts::Encode(int32_t part, const RowSource& rows) {
+  const int32_t first = part * rows_each_;
+  const bool is_whole = count() == 1;
+  parts_[part] = EncodePart(
+      {.width = width_,
+       .first_row = first,
+       .rows = std::min(rows_each_, height_ - first),
+       .quality = quality_,
+       .restart_interval = is_whole ? 0 : static_cast<unsigned>(BlocksIn(width_, rows_each_))},
+      rows);
+}
+
+JpegData JpegParts::Join() {
+  size_t size = 0;
+  for (const JpegData& part : parts_) {
+    if (!part.bytes) return {};
+    size += part.size;
+  }
+  if (count() == 1) return std::move(parts_.front());
+
+  // Every part has the same header, but for the height, and ends with a marker's worth of bytes
+  // that a restart takes the place of.
+  JpegData whole{
+      .bytes = std::unique_ptr<uint8_t, JpegData::Free>(static_cast<uint8_t*>(std::malloc(size)))};
+  if (!whole.bytes) return {};
+  for (int32_t index = 0; index < count(); ++index) {
+    const JpegData& part = parts_[index];
+    const size_t header =
+        index == 0 ? 0 : WalkHeader(part.bytes.get(), [](uint8_t, const uint8_t*) {});
+    uint8_t* const end = whole.bytes.get() + whole.size;
+    std::memcpy(end, part.bytes.get() + header, part.size - header);
+    whole.size += part.size - header;
+    if (index + 1 == count()) break;
+    whole.bytes.get()[whole.size - 1] = kFirstRestart + index % 8;
+  }
+  WriteHeight(whole.bytes.get(), height_);
+  return whole;
 }
 
 }  // namespace deskhand::platform

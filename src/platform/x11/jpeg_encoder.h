@@ -1,4 +1,4 @@
-// JPEG from rows of pixels, by libjpeg-turbo. Thread: any, one encoding per encoder at a time.
+// JPEG from rows of pixels, by libjpeg-turbo. Thread: any.
 #pragma once
 
 #include <cstddef>
@@ -6,14 +6,16 @@
 #include <cstdlib>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace deskhand::platform {
 
+/// Encoded bytes, in memory of the C library's.
 struct JpegData {
   struct Free {
     void operator()(uint8_t* memory) const { std::free(memory); }
   };
-  std::unique_ptr<uint8_t, Free> bytes;
+  std::unique_ptr<uint8_t, Free> bytes;  // null: the encoding failed
   size_t size = 0;
 };
 
@@ -23,9 +25,29 @@ bool IsJpegSize(int32_t width, int32_t height);
 /// Writes row `y` of the picture: 4 bytes a pixel, blue, green, red, and one that is ignored.
 using RowSource = std::function<void(int32_t y, uint8_t* row)>;
 
-/// A baseline JPEG with 4:2:0 chroma. `quality` is a factor in (0, 1]; NaN counts as 0.75. Rows are
-/// asked for in order, sixteen at a time, so that memory does not grow with the picture. The size
-/// must be one that IsJpegSize accepts. No bytes when the library gives up.
-JpegData EncodeRows(int32_t width, int32_t height, double quality, const RowSource& rows);
+/// A baseline JPEG with 4:2:0 chroma. It is encoded in parts, one below the other, which may be
+/// worked on at the same time; restart markers join them to one picture.
+class JpegParts {
+ public:
+  /// The size must be one that IsJpegSize accepts. `quality` is a factor in (0, 1]; NaN counts as
+  /// 0.75. There are `wanted` parts, or fewer when the picture is too small or too large for them.
+  JpegParts(int32_t width, int32_t height, double quality, int32_t wanted);
+
+  int32_t count() const { return static_cast<int32_t>(parts_.size()); }
+
+  /// Encodes one part. Its rows are asked for in order, sixteen at a time, so that memory does not
+  /// grow with the picture.
+  void Encode(int32_t part, const RowSource& rows);
+
+  /// The whole picture, once every part is encoded; no bytes when the library gave up on one.
+  JpegData Join();
+
+ private:
+  const int32_t width_;
+  const int32_t height_;
+  const int quality_;
+  int32_t rows_each_;  // of every part but the last, which has what remains
+  std::vector<JpegData> parts_;
+};
 
 }  // namespace deskhand::platform

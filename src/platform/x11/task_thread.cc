@@ -80,4 +80,9 @@ TaskThread& CaptureThread() {
   return thread;
 }
 
+TaskThread& EncoderThread() {
+  static TaskThread& thread = *new TaskThread("deskhand-encode");
+  return thread;
+}
+
 }  // namespace deskhand::platform
