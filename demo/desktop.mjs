@@ -21,8 +21,14 @@ export async function until(what, seconds, check) {
   }
 }
 
-/** Starts Xvfb, a window manager, a terminal, a GTK form and a browser; returns how to end them. */
-export async function startDesktop() {
+/**
+ * Starts Xvfb, a window manager and programs; returns how to end them. `density`: pixels per edge of
+ * what is one pixel on a screen of 1920 x 1080. `startPrograms` gives the number of their windows.
+ */
+export async function startDesktop({
+  density = 1,
+  startPrograms = startTerminalFormAndBrowser,
+} = {}) {
   const children = [];
   const profile = mkdtempSync(path.join(tmpdir(), 'deskhand-demo-'));
 
@@ -35,25 +41,27 @@ export async function startDesktop() {
   }
 
   async function stop() {
-    for (const child of children.reverse()) {
+    for (const child of [...children].reverse()) {
       const ended = new Promise((resolve) => child.once('exit', resolve));
       if (child.pid === undefined || child.exitCode !== null || child.signalCode) continue;
       process.kill(-child.pid, 'SIGKILL');
       await ended;
     }
     rmSync(profile, { recursive: true, force: true, maxRetries: 10, retryDelay: 50 });
+    for (const signal of signals) process.off(signal, interrupt);
   }
 
   // What is in groups of its own does not see the terminal's interrupt.
-  for (const signal of ['SIGINT', 'SIGTERM']) {
-    process.once(signal, () => stop().finally(() => process.exit(1)));
-  }
+  const signals = ['SIGINT', 'SIGTERM'];
+  const interrupt = () => stop().finally(() => process.exit(1));
+  for (const signal of signals) process.once(signal, interrupt);
   try {
-    process.env.DISPLAY = `:${await startServer(start)}`;
-    startPrograms(start, profile);
-    await until('three windows on the private desktop', 60, async () => {
+    process.env.DISPLAY = `:${await startServer(start, density)}`;
+    start('openbox', []);
+    const windows = startPrograms({ start, profile, density });
+    await until(`${windows} windows on the private desktop`, 60, async () => {
       const { stdout } = await run('xprop', ['-root', '_NET_CLIENT_LIST']);
-      return (stdout.match(/0x/g) ?? []).length >= 3;
+      return (stdout.match(/0x/g) ?? []).length >= windows;
     });
     return { stop };
   } catch (error) {
@@ -63,10 +71,11 @@ export async function startDesktop() {
 }
 
 /** The number of the display, which the server tells once it accepts connections. */
-async function startServer(start) {
+async function startServer(start, density) {
+  const screen = `${1920 * density}x${1080 * density}x24`;
   const server = start(
     'Xvfb',
-    ['-displayfd', '3', '-screen', '0', '1920x1080x24', '-noreset', '-nolisten', 'tcp'],
+    ['-displayfd', '3', '-screen', '0', screen, '-noreset', '-nolisten', 'tcp'],
     { stdio: ['ignore', 'ignore', 'ignore', 'pipe'] },
   );
   let number = '';
@@ -75,22 +84,32 @@ async function startServer(start) {
   return number.trim();
 }
 
-function startPrograms(start, profile) {
-  start('openbox', []);
+function startTerminalFormAndBrowser({ start, profile, density }) {
+  const corner = Math.round(40 * density);
   start('xterm', [
-    ...['-fa', 'DejaVu Sans Mono', '-fs', '11', '-geometry', '92x24+40+40'],
-    ...['-e', 'sh', '-c', 'ls -l --color=always /usr; echo; echo "A terminal."; exec sleep 1000'],
+    ...['-fa', 'DejaVu Sans Mono', '-fs', `${11 * density}`],
+    ...['-geometry', `92x24+${corner}+${corner}`],
+    ...['-e', 'sh', '-c', 'ls -l --color=always /usr; echo; echo "A terminal."; exec sleep infinity'],
   ]);
-  start('zenity', [
-    ...['--forms', '--title=A GTK form', '--text=Who is there?'],
-    ...['--add-entry=Name', '--add-entry=Town', '--add-calendar=Day'],
-  ]);
+  // GTK scales its widgets by whole numbers, and its fonts by any.
+  const widgetScale = Math.max(1, Math.floor(density));
+  start(
+    'zenity',
+    [
+      ...['--forms', '--title=A GTK form', '--text=Who is there?'],
+      ...['--add-entry=Name', '--add-entry=Town', '--add-calendar=Day'],
+    ],
+    { env: { ...process.env, GDK_SCALE: widgetScale, GDK_DPI_SCALE: density / widgetScale } },
+  );
   const page = pathToFileURL(path.join(here, 'page.html'));
   start('chromium', [
     // A page of our own in a container: no sandbox to set up, nothing to fetch.
     ...['--no-sandbox', '--test-type', '--disable-gpu', '--disable-dev-shm-usage'],
     ...['--no-first-run', '--disable-background-networking', '--disable-component-update'],
     ...['--disable-sync', `--user-data-dir=${profile}`],
+    // Position and size are in units of the scale.
+    ...[`--force-device-scale-factor=${density}`],
     ...['--window-position=1130,140', '--window-size=770,560', `--app=${page}`],
   ]);
+  return 3;
 }

@@ -16,7 +16,7 @@
 namespace deskhand::platform {
 namespace {
 
-constexpr uint32_t kLongestText = 256;  // in units of 4 bytes; longer names are cut
+constexpr uint32_t kLongestText = 16384;  // in units of 4 bytes; longer names are cut
 
 struct Atoms {
   xcb_atom_t gtk_application_id;
