@@ -146,8 +146,12 @@ void Session::OpenLink(Deadline deadline) {
     error_ = std::move(opened.error);
     return;
   }
-  const SocketDeadline bound(opened.connection, deadline);
-  auto link = std::make_shared<Link>(opened.connection, opened.screen, display);
+  std::shared_ptr<Link> link;
+  {
+    // Ends before the link may: the socket's number must not be another file's by then.
+    const SocketDeadline bound(opened.connection, deadline);
+    link = std::make_shared<Link>(opened.connection, opened.screen, display);
+  }
   if (xcb_connection_has_error(link->connection)) {
     error_ = "lost the X server at '" + display + "' while connecting";
     return;
