@@ -158,8 +158,9 @@ describe('a server that dies', () => {
     const number = highDisplayNumber();
     const { addon, usage } = startHost(t, { ...process.env, DISPLAY: `:${number}` });
     let settled;
+    // Never more: the thread of a connection may still be on its way out when the first are counted.
     const isAsBefore = ({ threads, files }) =>
-      threads === settled.threads && files === settled.files;
+      threads <= settled.threads && files <= settled.files;
     for (let round = 0; round < 52; ++round) {
       const server = await startXServer(t, { number, screen: '320x200x24' });
       await addon.captureDisplay([]);

@@ -47,6 +47,7 @@ async function startXServer(
   const taken = Number(answer);
   const display = transport === 'tcp' ? `127.0.0.1:${taken}` : `:${taken}`;
   return {
+    pid: child.pid,
     display,
     /** The environment of the server's clients. */
     env: { ...process.env, DISPLAY: display, XAUTHORITY: '/dev/null' },

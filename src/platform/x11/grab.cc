@@ -24,17 +24,20 @@ struct RawImage {
   XError error;
 };
 
+/// Sees to it that the connection has a block of so many bytes. It is kept from one picture to the
+/// next, and only ever replaced by a larger one.
+void ReserveMemory(Link* link, size_t bytes) {
+  if (link->memory && link->memory->size() >= bytes) return;
+  if (link->memory) xcb_shm_detach(link->connection, link->memory->segment());
+  link->memory = SharedMemory::Create(link->connection, bytes);
+  // The server cannot reach our memory, and will not learn to.
+  if (!link->memory) link->has_shared_memory = false;
+}
+
 RawImage FetchShared(const Session& session, const PixelRect& area, size_t bytes) {
   Link& link = session.link();
-  // Kept from one picture to the next, and only ever replaced by a larger one.
-  if (!link.memory || link.memory->size() < bytes) {
-    link.memory = nullptr;
-    link.memory = SharedMemory::Create(link.connection, bytes);
-  }
-  if (!link.memory) {
-    link.has_shared_memory = false;  // the server cannot reach our memory; it will not learn to
-    return {};
-  }
+  ReserveMemory(&link, bytes);
+  if (!link.memory) return {};
   RawImage image;
   const auto reply = Await(link.connection, xcb_shm_get_image_reply,
                            xcb_shm_get_image(link.connection, session.screen().root, area.x, area.y,
