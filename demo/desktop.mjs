@@ -84,7 +84,8 @@ async function startServer(start, density) {
   return number.trim();
 }
 
-function startTerminalFormAndBrowser({ start, profile, density }) {
+/** Returns the number of windows that they open, as each `startPrograms` does. */
+export function startTerminalFormAndBrowser({ start, profile, density }) {
   const corner = Math.round(40 * density);
   start('xterm', [
     ...['-fa', 'DejaVu Sans Mono', '-fs', `${11 * density}`],

@@ -1,0 +1,173 @@
+// What a screenshot costs: deskhand, a frozen reference and other packages, side by side on private
+// desktops. Prints Markdown; docs/performance.md tells what it means.
+import { existsSync } from 'node:fs';
+import os from 'node:os';
+import { parseArgs } from 'node:util';
+
+import { peers } from './contestants.mjs';
+import { logos, usualWithLogos, withDesktop } from './desktops.mjs';
+import { startContestant } from './players.mjs';
+import { runRounds } from './rounds.mjs';
+import { median, quantile } from './statistics.mjs';
+import { number, printRounds, printTable } from './tables.mjs';
+
+const usage = `scripts/bench [options]
+  --rounds N      rounds of each table (60)
+  --captures N    captures over which memory is watched (1000)
+  --long          the same as --captures 10000
+  --only NAME     one part only: limits, peers, first, memory, pixels or windows; may be repeated`;
+
+const left = 'deskhand, one application left out';
+
+function readOptions() {
+  const { values } = parseArgs({
+    options: {
+      rounds: { type: 'string', default: '60' },
+      captures: { type: 'string', default: '1000' },
+      long: { type: 'boolean', default: false },
+      only: { type: 'string', multiple: true, default: Object.keys(parts) },
+      help: { type: 'boolean', default: false },
+    },
+  });
+  const options = {
+    rounds: Number(values.rounds),
+    captures: values.long ? 10_000 : Number(values.captures),
+  };
+  const areCounts = Object.values(options).every((count) => Number.isInteger(count) && count > 0);
+  const arePartNames = values.only.every((part) => part in parts);
+  if (values.help || !areCounts || !arePartNames) {
+    console.log(usage);
+    process.exit(values.help ? 0 : 2);
+  }
+  return { ...options, only: values.only };
+}
+
+const sizeText = ({ width, height }) => `${width} × ${height}`;
+
+function printLimit(what, value, limit, unit) {
+  const verdict = value <= limit ? 'holds' : 'MISSED';
+  console.log(`- ${what}: ${number(value)} ${unit}, limit ${limit} ${unit}: ${verdict}`);
+}
+
+/** deskhand and the reference alone: nothing else that could slow one of them. */
+async function measureLimits({ rounds }) {
+  for (const { density, limit } of [
+    { density: 1, limit: 0.75 },
+    { density: 2, limit: 0.85 },
+  ]) {
+    await withDesktop({ density }, async (size) => {
+      const result = await runRounds(['deskhand'], size, rounds);
+      printRounds(`deskhand and A, ${sizeText(size.screen)}`, result);
+      const row = result.rows.find(({ name }) => name === 'deskhand');
+      if (!row) return;
+      console.log();
+      printLimit('captureDisplay', row.ratio[0], limit, '× A');
+      printLimit('JavaScript thread busy, nine times of ten', row.busyMs[1], 0.3, 'ms');
+    });
+  }
+  await withDesktop({ startPrograms: usualWithLogos }, async (size) => {
+    const result = await runRounds(['deskhand', left], size, rounds);
+    printRounds('One application of 10 windows left out, 1920 × 1080', result);
+    const row = result.rows.find(({ name }) => name === left);
+    if (!row) return;
+    console.log();
+    printLimit('captureDisplay without an application', row.ratio[0], 1.1, '× A');
+  });
+}
+
+async function measurePeers({ rounds }) {
+  for (const density of [1, 2]) {
+    await withDesktop({ density }, async (size) => {
+      const result = await runRounds(['deskhand', ...peers], size, rounds);
+      printRounds(`With other packages, ${sizeText(size.screen)}`, result);
+    });
+  }
+}
+
+/** Fresh processes, each of which has listed the displays before its first capture. */
+async function measureFirst() {
+  const processes = 15;
+  const warm = 20;
+  await withDesktop({}, async (size) => {
+    const [firsts, ratios] = [[], []];
+    for (let index = 0; index < processes; ++index) {
+      const host = await startContestant('deskhand', size);
+      const { ms: first } = await host.time();
+      const times = [];
+      for (let shot = 0; shot < warm; ++shot) times.push((await host.time()).ms);
+      await host.end();
+      firsts.push(first);
+      ratios.push(first / median(times));
+    }
+    console.log('\n### The first capture of a process, 1920 × 1080\n');
+    printTable(
+      ['× a warm one', 'quartiles', 'ms', 'processes'],
+      [
+        [
+          number(median(ratios)),
+          `${number(quantile(ratios, 0.25))}–${number(quantile(ratios, 0.75))}`,
+          number(median(firsts)),
+          processes,
+        ],
+      ],
+    );
+    console.log();
+    printLimit('First capture', median(ratios), 3, '× a warm one');
+  });
+}
+
+async function measureMemory({ captures }) {
+  await withDesktop({}, async (size) => {
+    const host = await startContestant('deskhand', size);
+    const grown = (await host.growth(captures)) / 1e6;
+    await host.end();
+    console.log('\n### Memory, 1920 × 1080\n');
+    printLimit(`Resident memory grown over ${captures} captures`, grown, 5, 'MB');
+  });
+}
+
+function growthRow(what, { rows }) {
+  const [a, own] = ['A', 'deskhand'].map((wanted) => rows.find(({ name }) => name === wanted));
+  return [what, number(own.ratio[0]), number(own.ms[0]), number(a.ms[0])];
+}
+
+const growthHeader = (what) => [what, '× A', 'deskhand, ms', 'A, ms'];
+
+async function measurePixels({ rounds }) {
+  const rows = [];
+  for (const density of [0.5, 1, 2]) {
+    await withDesktop({ density }, async (size) => {
+      const what = `${sizeText(size.screen)} to ${sizeText(size)}`;
+      rows.push(growthRow(what, await runRounds(['deskhand'], size, rounds)));
+    });
+  }
+  console.log('\n### The same desktop in 1, 4 and 16 times the pixels\n');
+  printTable(growthHeader('pixels'), rows);
+}
+
+async function measureWindows({ rounds }) {
+  const rows = [];
+  for (const count of [1, 10, 50, 200]) {
+    await withDesktop({ startPrograms: logos(count) }, async (size) => {
+      rows.push(growthRow(count, await runRounds(['deskhand'], size, rounds)));
+    });
+  }
+  console.log('\n### Windows on the screen, 1920 × 1080\n');
+  printTable(growthHeader('windows'), rows);
+}
+
+const parts = {
+  limits: measureLimits,
+  peers: measurePeers,
+  first: measureFirst,
+  memory: measureMemory,
+  pixels: measurePixels,
+  windows: measureWindows,
+};
+
+const options = readOptions();
+if (!existsSync(new URL('../build/bench/reference', import.meta.url))) {
+  throw new Error('the reference is not built: run scripts/bench');
+}
+console.log(`${os.availableParallelism()} cores, ${os.platform()} ${os.arch()}, Node.js ${process.version}`);
+for (const part of options.only) await parts[part](options);

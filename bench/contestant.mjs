@@ -1,0 +1,58 @@
+// One contestant in a process of its own, so that none disturbs another. Takes pictures as its parent
+// asks for them, and tells what they cost.
+import { performance } from 'node:perf_hooks';
+
+import { contestants } from './contestants.mjs';
+
+const [name, size] = [process.argv[2], JSON.parse(process.argv[3])];
+
+/** One picture, timed from the call until its result is there. */
+async function timed(take) {
+  const before = performance.eventLoopUtilization();
+  const start = performance.now();
+  const base64 = await take();
+  const ms = performance.now() - start;
+  // What the JavaScript thread did not spend waiting for events: the call, the result, all between.
+  const busyMs = performance.eventLoopUtilization(before).active;
+  return { ms, busyMs, bytes: base64?.length ?? null };
+}
+
+/** What `count` pictures add to the resident memory, in bytes. */
+async function growth(take, count) {
+  const settled = 200; // by then buffers and the collector's own memory have their sizes
+  for (let index = 0; index < settled; ++index) await take();
+  globalThis.gc();
+  const before = process.memoryUsage.rss();
+  for (let index = 0; index < count; ++index) await take();
+  globalThis.gc();
+  return process.memoryUsage.rss() - before;
+}
+
+function answer(take, { request, count }) {
+  switch (request) {
+    case 'time':
+      return timed(take);
+    case 'picture':
+      return take();
+    case 'growth':
+      return growth(take, count);
+    default:
+      throw new Error(`no such request: ${request}`);
+  }
+}
+
+process.on('SIGTERM', () => process.exit());
+process.on('disconnect', () => process.exit());
+try {
+  const take = await contestants[name](size);
+  process.on('message', async (message) => {
+    try {
+      process.send({ answer: await answer(take, message) });
+    } catch (error) {
+      process.send({ error: error.message });
+    }
+  });
+  process.send({ answer: 'ready' });
+} catch (error) {
+  process.send({ error: error.message });
+}
