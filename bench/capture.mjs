@@ -6,7 +6,7 @@ import { parseArgs } from 'node:util';
 
 import { peers } from './contestants.mjs';
 import { logos, usualWithLogos, withDesktop } from './desktops.mjs';
-import { startContestant } from './players.mjs';
+import { breathe, startContestant } from './players.mjs';
 import { runRounds } from './rounds.mjs';
 import { median, quantile } from './statistics.mjs';
 import { number, printRounds, printTable } from './tables.mjs';
@@ -17,7 +17,7 @@ const usage = `scripts/bench [options]
   --long          the same as --captures 10000
   --only NAME     one part only: limits, peers, first, memory, pixels or windows; may be repeated`;
 
-const left = 'deskhand, one application left out';
+const leftOut = 'deskhand, one application left out';
 
 function readOptions() {
   const { values } = parseArgs({
@@ -66,9 +66,9 @@ async function measureLimits({ rounds }) {
     });
   }
   await withDesktop({ startPrograms: usualWithLogos }, async (size) => {
-    const result = await runRounds(['deskhand', left], size, rounds);
+    const result = await runRounds(['deskhand', leftOut], size, rounds);
     printRounds('One application of 10 windows left out, 1920 × 1080', result);
-    const row = result.rows.find(({ name }) => name === left);
+    const row = result.rows.find(({ name }) => name === leftOut);
     if (!row) return;
     console.log();
     printLimit('captureDisplay without an application', row.ratio[0], 1.1, '× A');
@@ -94,7 +94,10 @@ async function measureFirst() {
       const host = await startContestant('deskhand', size);
       const { ms: first } = await host.time();
       const times = [];
-      for (let shot = 0; shot < warm; ++shot) times.push((await host.time()).ms);
+      for (let shot = 0; shot < warm; ++shot) {
+        await breathe();
+        times.push((await host.time()).ms);
+      }
       await host.end();
       firsts.push(first);
       ratios.push(first / median(times));
@@ -169,5 +172,6 @@ const options = readOptions();
 if (!existsSync(new URL('../build/bench/reference', import.meta.url))) {
   throw new Error('the reference is not built: run scripts/bench');
 }
-console.log(`${os.availableParallelism()} cores, ${os.platform()} ${os.arch()}, Node.js ${process.version}`);
+const load = os.loadavg()[0].toFixed(2);
+console.log(`${os.cpus().length} cores, load ${load} before the start, Node.js ${process.version}`);
 for (const part of options.only) await parts[part](options);

@@ -1,5 +1,5 @@
-// One contestant in a process of its own, so that none disturbs another. Takes pictures as its parent
-// asks for them, and tells what they cost.
+// One contestant in a process of its own, so that none disturbs another. Takes pictures as its
+// parent asks for them, and tells what they cost.
 import { performance } from 'node:perf_hooks';
 
 import { contestants } from './contestants.mjs';

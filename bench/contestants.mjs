@@ -1,6 +1,6 @@
-// Who takes part. Each gives the same: a JPEG of the whole screen, 4:2:0, quality 75, reduced to the
-// wanted size, as base64. What only delivers pixels or another format is finished by sharp, as its users
-// do. A function here loads the contestant and returns the function that takes one picture.
+// Who takes part. Each gives the same: a JPEG of the whole screen, 4:2:0, quality 75, reduced to
+// the wanted size, as base64. What only delivers pixels or another format is finished by sharp, as its
+// users do. A function here loads the contestant and returns the function that takes one picture.
 import { execFile } from 'node:child_process';
 import { existsSync, mkdtempSync, rmSync } from 'node:fs';
 import { createRequire } from 'node:module';
@@ -120,7 +120,7 @@ export const contestants = {
     const screenshot = require('screenshot-desktop');
     return async () => finish(await screenshot({ format: 'jpg' }), size);
   },
-  // The fastest lossless format of each program that sharp can read, the pointer included if it can.
+  // The fastest lossless format of each program that sharp can read; with the pointer, if it can.
   'scrot + sharp': loadScrot,
   'maim + sharp': (size) => async () =>
     finish(await output('maim', ['--format=png', '--quality=1']), size),

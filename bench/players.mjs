@@ -1,19 +1,28 @@
-// The running contestants, each of which takes one picture when it is told to: programs of their own,
-// so that all start from the same.
+// The running contestants, each of which takes one picture when it is told to: programs of their
+// own, so that all start from the same.
 import { fork, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import path from 'node:path';
 import { createInterface } from 'node:readline';
+import { setTimeout as delay } from 'node:timers/promises';
 import { fileURLToPath } from 'node:url';
 
 const here = path.dirname(fileURLToPath(import.meta.url));
 const referenceProgram = path.join(here, '..', 'build', 'bench', 'reference');
 
-// The slowest takes a few seconds; nothing is to wait for ever. A long series has its own bound.
+// The slowest takes a second or two; nothing is to wait for ever. A long series has its own bound.
 const PATIENCE_MS = 60_000;
 const ENDING_MS = 3000;
 
+const PAUSE_MS = 30;
+
 export const REFERENCE = 'A';
+
+/**
+ * A pause before a shot. What the one before leaves to be done after its answer, such as freeing
+ * memory, is not to fall to the next one; and nobody takes screenshots back to back.
+ */
+export const breathe = () => delay(PAUSE_MS);
 
 /** Rejects when `promise` is not settled in time. */
 function within(promise, milliseconds, what) {

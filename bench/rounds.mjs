@@ -1,19 +1,14 @@
 // Rounds: in each, every contestant takes one picture. Times are compared within a round, so that
 // what the machine does meanwhile meets all of them.
-import { setTimeout as delay } from 'node:timers/promises';
-
 import { showsLess } from './contestants.mjs';
 import { findFault } from './pictures.mjs';
-import { REFERENCE, startContestant, startReference } from './players.mjs';
+import { REFERENCE, breathe, startContestant, startReference } from './players.mjs';
 import { makeRandom, median, quantile, shuffled } from './statistics.mjs';
 
 const WARM_UP = 10;
 // Who takes longer takes part less often: enough for a median, and the others need not wait.
 const SLOW_MS = 150;
 const SLOW_TURN = 6;
-// What the one before leaves to be done after its answer, such as freeing memory, is not to fall to
-// the next one. Screenshots are not taken back to back either.
-const QUIET_MS = Number(process.env.QUIET ?? 30);
 
 async function warmUp(player) {
   const times = [];
@@ -37,8 +32,7 @@ async function startPlayers(names, size) {
       player = await startContestant(name, size);
       const picture = await player.picture();
       const fault =
-        picture &&
-        (await findFault(picture, referencePicture, { showsLess: showsLess(name) }));
+        picture && (await findFault(picture, referencePicture, { showsLess: showsLess(name) }));
       if (fault) throw new Error(fault);
       const turn = (await warmUp(player)) > SLOW_MS ? SLOW_TURN : 1;
       players.push({ ...player, turn });
@@ -65,8 +59,9 @@ function summarise(name, shots, referenceShots) {
 }
 
 /**
- * Runs `rounds` rounds of the reference and `names` on the display of the environment. `size`: of the
- * pictures, with the screen's own as `screen`. Returns a summary for each, and who could not take part.
+ * Runs `rounds` rounds of the reference and `names` on the display of the environment. `size`: of
+ * the pictures, with the screen's own as `screen`. Returns a summary for each, and who could not
+ * take part.
  */
 export async function runRounds(names, size, rounds) {
   let { players, failures } = await startPlayers(names, size);
@@ -77,7 +72,7 @@ export async function runRounds(names, size, rounds) {
       const inTurn = players.filter(({ turn }) => round % turn === 0);
       // Shuffled, so that nobody always follows the same one.
       for (const player of shuffled(inTurn, random)) {
-        await delay(QUIET_MS);
+        await breathe();
         try {
           shots.get(player.name).push({ round, ...(await player.time()) });
         } catch (error) {

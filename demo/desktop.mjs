@@ -22,8 +22,8 @@ export async function until(what, seconds, check) {
 }
 
 /**
- * Starts Xvfb, a window manager and programs; returns how to end them. `density`: pixels per edge of
- * what is one pixel on a screen of 1920 x 1080. `startPrograms` gives the number of their windows.
+ * Starts Xvfb, a window manager and programs; returns how to end them. `density`: pixels per edge
+ * of what is one pixel on a screen of 1920 x 1080. `startPrograms` gives the number of their windows.
  */
 export async function startDesktop({
   density = 1,
