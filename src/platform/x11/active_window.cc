@@ -11,7 +11,7 @@ namespace {
 /// _NET_ACTIVE_WINDOW of the root, see the Extended Window Manager Hints.
 xcb_window_t ManagedActiveWindow(const Session& session) {
   xcb_connection_t* connection = session.connection();
-  const xcb_atom_t property = InternAtom(connection, "_NET_ACTIVE_WINDOW");
+  const xcb_atom_t property = InternAtom(connection, "_NET_ACTIVE_WINDOW").value_or(XCB_ATOM_NONE);
   if (property == XCB_ATOM_NONE) return XCB_NONE;
   const auto reply = Await(
       connection, xcb_get_property_reply,

@@ -19,8 +19,8 @@ namespace {
 constexpr uint32_t kLongestText = 16384;  // in units of 4 bytes; longer names are cut
 
 struct Atoms {
-  xcb_atom_t gtk_application_id;
-  xcb_atom_t net_wm_pid;
+  std::optional<xcb_atom_t> gtk_application_id;
+  std::optional<xcb_atom_t> net_wm_pid;
 };
 
 /// Everything asked of one window, sent before the first answer is waited for.
@@ -28,25 +28,30 @@ struct Question {
   xcb_window_t window;
   xcb_get_window_attributes_cookie_t attributes;
   xcb_get_property_cookie_t wm_class;
-  xcb_get_property_cookie_t gtk_application_id;
-  xcb_get_property_cookie_t process_id;
+  std::optional<xcb_get_property_cookie_t> gtk_application_id;
+  std::optional<xcb_get_property_cookie_t> process_id;
   xcb_query_tree_cookie_t tree;
 };
 
 struct Answer {
+  bool is_complete = false;
   bool is_shown = false;
   ShownWindow window;
   std::vector<xcb_window_t> children;
 };
 
 Question Ask(xcb_connection_t* connection, xcb_window_t window, const Atoms& atoms) {
-  const auto property = [&](xcb_atom_t name, xcb_atom_t type, uint32_t length) {
-    return xcb_get_property(connection, false, window, name, type, 0, length);
+  const auto property = [&](std::optional<xcb_atom_t> name, xcb_atom_t type,
+                            uint32_t length) -> std::optional<xcb_get_property_cookie_t> {
+    // Asking for a property without a name is an error.
+    if (name.value_or(XCB_ATOM_NONE) == XCB_ATOM_NONE) return std::nullopt;
+    return xcb_get_property(connection, false, window, *name, type, 0, length);
   };
   return {
       .window = window,
       .attributes = xcb_get_window_attributes(connection, window),
-      .wm_class = property(XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, kLongestText),
+      .wm_class = xcb_get_property(connection, false, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0,
+                                   kLongestText),
       .gtk_application_id = property(atoms.gtk_application_id, XCB_ATOM_ANY, kLongestText),
       .process_id = property(atoms.net_wm_pid, XCB_ATOM_CARDINAL, 1),
       .tree = xcb_query_tree(connection, window),
@@ -70,12 +75,19 @@ void ReadClass(const std::string& text, ShownWindow* window) {
 
 /// All replies are taken, used or not: XCB keeps those that nobody takes.
 Answer Read(xcb_connection_t* connection, const Question& question) {
+  Reply<xcb_get_property_reply_t> gtk_id, process;
   const auto attributes = Await(connection, xcb_get_window_attributes_reply, question.attributes);
   const auto wm_class = Await(connection, xcb_get_property_reply, question.wm_class);
-  const auto gtk_id = Await(connection, xcb_get_property_reply, question.gtk_application_id);
-  const auto process = Await(connection, xcb_get_property_reply, question.process_id);
+  if (question.gtk_application_id) {
+    gtk_id = Await(connection, xcb_get_property_reply, *question.gtk_application_id);
+  }
+  if (question.process_id) {
+    process = Await(connection, xcb_get_property_reply, *question.process_id);
+  }
   const auto tree = Await(connection, xcb_query_tree_reply, question.tree);
   Answer answer;
+  answer.is_complete = attributes && wm_class && (gtk_id || !question.gtk_application_id) &&
+                       (process || !question.process_id) && tree;
   answer.is_shown = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
   ReadClass(Text(wm_class), &answer.window);
   answer.window.gtk_application_id = Text(gtk_id);
@@ -106,11 +118,12 @@ std::string ProgramOf(uint32_t process_id) {
 
 }  // namespace
 
-std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session) {
+ShownWindows QueryShownWindows(const Session& session) {
   xcb_connection_t* connection = session.connection();
   const Atoms atoms{InternAtom(connection, "_GTK_APPLICATION_ID"),
                     InternAtom(connection, "_NET_WM_PID")};
-  std::vector<ShownWindow> shown;
+  ShownWindows shown;
+  shown.is_complete = atoms.gtk_application_id && atoms.net_wm_pid;
   std::vector<xcb_window_t> level{session.screen().root};
   // To the bottom: an application's window may lie in a frame, or be embedded in that of another.
   while (!level.empty()) {
@@ -120,13 +133,15 @@ std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session) {
     level.clear();
     for (const Question& question : questions) {
       Answer answer = Read(connection, question);
+      shown.is_complete &= answer.is_complete;
       if (!answer.is_shown) continue;
       level.insert(level.end(), answer.children.begin(), answer.children.end());
       const bool is_root = question.window == session.screen().root;
-      if (!is_root && NamesApplication(answer.window)) shown.push_back(std::move(answer.window));
+      if (!is_root && NamesApplication(answer.window)) {
+        shown.windows.push_back(std::move(answer.window));
+      }
     }
   }
-  if (!session.error().empty()) return std::nullopt;
   return shown;
 }
 

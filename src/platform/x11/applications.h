@@ -20,9 +20,16 @@ struct ShownWindow {
   uint32_t process_id = 0;
 };
 
+struct ShownWindows {
+  std::vector<ShownWindow> windows;
+  // Whether the server answered every question. Unless it is grabbed, a window may go before it is
+  // asked about.
+  bool is_complete = true;
+};
+
 /// The viewable windows that name an application: top-level windows, clients in the frames of a
-/// window manager, and windows embedded in those of others. None when the connection is lost.
-std::optional<std::vector<ShownWindow>> ShownWindows(const Session& session);
+/// window manager, and windows embedded in those of others.
+ShownWindows QueryShownWindows(const Session& session);
 
 /// The application's identifier as far as the window itself tells it; none when it does not.
 std::optional<std::string> BundleIdOf(const ShownWindow& window);

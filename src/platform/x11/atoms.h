@@ -1,6 +1,7 @@
 // Names of properties and messages as the server numbers them.
 #pragma once
 
+#include <optional>
 #include <string_view>
 
 #include <xcb/xcb.h>
@@ -10,12 +11,13 @@
 namespace deskhand::platform {
 
 /// The atom of this name; XCB_ATOM_NONE when nobody has used the name yet, so that no window can
-/// have it, and when the connection is lost.
-inline xcb_atom_t InternAtom(xcb_connection_t* connection, std::string_view name) {
+/// have it; none when the server does not say.
+inline std::optional<xcb_atom_t> InternAtom(xcb_connection_t* connection, std::string_view name) {
   const auto reply =
       Await(connection, xcb_intern_atom_reply,
             xcb_intern_atom(connection, /*only_if_exists=*/true, name.size(), name.data()));
-  return reply ? reply->atom : static_cast<xcb_atom_t>(XCB_ATOM_NONE);
+  if (!reply) return std::nullopt;
+  return reply->atom;
 }
 
 }  // namespace deskhand::platform

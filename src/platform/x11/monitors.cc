@@ -17,28 +17,31 @@ uint32_t Hash(const std::string& text) {
   return hash;
 }
 
-std::vector<Monitor> WholeScreen(const Session& session) {
+std::optional<std::vector<Monitor>> WholeScreen(const Session& session) {
   const auto geometry = Await(session.connection(), xcb_get_geometry_reply,
                               xcb_get_geometry(session.connection(), session.screen().root));
-  if (!geometry) return {};
+  if (!geometry) return std::nullopt;
   const std::string name = "screen";
-  return {{.id = MonitorIds({name}).front(),
-           .name = std::nullopt,
-           .bounds = {0, 0, geometry->width, geometry->height}}};
+  return {{{.id = MonitorIds({name}).front(),
+            .name = std::nullopt,
+            .bounds = {0, 0, geometry->width, geometry->height}}}};
 }
 
-std::vector<std::string> AtomNames(xcb_connection_t* connection,
-                                   const std::vector<xcb_atom_t>& atoms) {
+/// None when the server does not say them all.
+std::optional<std::vector<std::string>> AtomNames(xcb_connection_t* connection,
+                                                  const std::vector<xcb_atom_t>& atoms) {
   std::vector<xcb_get_atom_name_cookie_t> cookies;
   cookies.reserve(atoms.size());
   for (const xcb_atom_t atom : atoms) cookies.push_back(xcb_get_atom_name(connection, atom));
   std::vector<std::string> names;
   for (const auto cookie : cookies) {
-    const auto reply = Await(connection, xcb_get_atom_name_reply, cookie);
-    names.push_back(reply ? std::string(xcb_get_atom_name_name(reply.get()),
-                                        xcb_get_atom_name_name_length(reply.get()))
-                          : std::string());
+    // Each is taken: XCB keeps replies that nobody takes.
+    if (const auto reply = Await(connection, xcb_get_atom_name_reply, cookie)) {
+      names.emplace_back(xcb_get_atom_name_name(reply.get()),
+                         xcb_get_atom_name_name_length(reply.get()));
+    }
   }
+  if (names.size() < atoms.size()) return std::nullopt;
   return names;
 }
 
@@ -70,27 +73,25 @@ std::optional<std::vector<Monitor>> QueryMonitors(const Session& session) {
   if (session.link().has_monitors) {
     const auto reply = Await(connection, xcb_randr_get_monitors_reply,
                              xcb_randr_get_monitors(connection, session.screen().root, true));
+    if (!reply) return std::nullopt;
     std::vector<xcb_atom_t> atoms;
-    if (reply) {
-      auto infos = xcb_randr_get_monitors_monitors_iterator(reply.get());
-      for (; infos.rem > 0; xcb_randr_monitor_info_next(&infos)) {
-        const xcb_randr_monitor_info_t& info = *infos.data;
-        if (info.primary) primary = monitors.size();
-        atoms.push_back(info.name);
-        monitors.push_back({.bounds = {info.x, info.y, info.width, info.height}});
-      }
+    auto infos = xcb_randr_get_monitors_monitors_iterator(reply.get());
+    for (; infos.rem > 0; xcb_randr_monitor_info_next(&infos)) {
+      const xcb_randr_monitor_info_t& info = *infos.data;
+      if (info.primary) primary = monitors.size();
+      atoms.push_back(info.name);
+      monitors.push_back({.bounds = {info.x, info.y, info.width, info.height}});
     }
-    const std::vector<std::string> names = AtomNames(connection, atoms);
-    const std::vector<uint32_t> ids = MonitorIds(names);
+    const auto names = AtomNames(connection, atoms);
+    if (!names) return std::nullopt;
+    const std::vector<uint32_t> ids = MonitorIds(*names);
     for (size_t index = 0; index < monitors.size(); ++index) {
       monitors[index].id = ids[index];
-      if (!names[index].empty()) monitors[index].name = names[index];
+      if (!(*names)[index].empty()) monitors[index].name = (*names)[index];
     }
   }
-  if (monitors.empty()) monitors = WholeScreen(session);
-  if (!session.error().empty()) return std::nullopt;
-  std::rotate(monitors.begin(), monitors.begin() + primary,
-              monitors.empty() ? monitors.begin() : monitors.begin() + primary + 1);
+  if (monitors.empty()) return WholeScreen(session);
+  std::rotate(monitors.begin(), monitors.begin() + primary, monitors.begin() + primary + 1);
   return monitors;
 }
 

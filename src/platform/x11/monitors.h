@@ -30,8 +30,8 @@ struct Monitor {
 };
 
 /// The active monitors, primary first, the others in the server's order. A server without
-/// RandR 1.5, or with no monitor active, has one: the whole screen. None when the connection is
-/// lost.
+/// RandR 1.5, or with no monitor active, has one: the whole screen. None when the server does not
+/// say.
 std::optional<std::vector<Monitor>> QueryMonitors(const Session& session);
 
 /// Identifiers for monitors of these names: a hash of the name, which survives restarts of server

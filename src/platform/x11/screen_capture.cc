@@ -45,10 +45,12 @@ std::pair<std::shared_ptr<ShareableContent>, std::string> MakeContent(Deadline d
     content->monitors = std::move(*monitors);
     return {content, {}};
   }
-  if (LastMonitors().empty()) return {nullptr, session.error()};
+  const std::string lost = session.error();
+  if (lost.empty()) return {nullptr, "the X server refused to list its monitors"};
+  if (LastMonitors().empty()) return {nullptr, lost};
   // A server that is lost in the middle of its work is a failed picture, not a missing display.
   content->monitors = LastMonitors();
-  content->failure = session.error();
+  content->failure = lost;
   return {content, {}};
 }
 
@@ -76,9 +78,8 @@ bool IsUsable(const Rect& source) {
 /// out is not done yet, and showing them is not an option.
 std::optional<std::string> FindExcluded(const Session& session,
                                         const std::vector<NamedApplication>& excluded) {
-  const auto windows = ShownWindows(session);
-  if (!windows) return session.error();
-  for (const ShownWindow& window : *windows) {
+  const ShownWindows shown = QueryShownWindows(session);
+  for (const ShownWindow& window : shown.windows) {
     for (const NamedApplication& application : excluded) {
       if (application.MayOwn(window)) {
         return "'" + application.bundle_id() +
@@ -86,7 +87,10 @@ std::optional<std::string> FindExcluded(const Session& session,
       }
     }
   }
-  return std::nullopt;
+  if (shown.is_complete) return std::nullopt;
+  // What is not known may be what is to be left out.
+  const std::string lost = session.error();
+  return lost.empty() ? "the X server refused to describe its windows" : lost;
 }
 
 /// The picture of `area`, taken while no window can appear that is to be left out.
@@ -164,7 +168,7 @@ std::vector<std::optional<std::string>> ApplicationBundleIds(const ShareableCont
   if (content.failure) return bundle_ids;  // there is nobody to ask, and no time to lose
   const Session session(CaptureChannel(), content.deadline);
   if (!session) return bundle_ids;
-  for (const ShownWindow& window : ShownWindows(session).value_or(std::vector<ShownWindow>())) {
+  for (const ShownWindow& window : QueryShownWindows(session).windows) {
     bundle_ids.push_back(BundleIdOf(window));
   }
   return bundle_ids;

@@ -1,5 +1,6 @@
 #include "platform/x11/session.h"
 
+#include <cstdint>
 #include <cstdlib>
 #include <utility>
 
@@ -29,9 +30,20 @@ bool IsLocal(xcb_connection_t* connection) {
          address.ss_family == AF_UNIX;
 }
 
-bool HasExtension(xcb_connection_t* connection, xcb_extension_t* extension) {
-  const xcb_query_extension_reply_t* reply = xcb_get_extension_data(connection, extension);
-  return reply && reply->present;
+using Version = std::pair<uint32_t, uint32_t>;  // major and minor
+
+/// The version of an extension, which must be agreed on before its newer requests are used: 0.0
+/// when the server has not got it, none when the server does not say. `ask` sends the question,
+/// whose reply `read` takes.
+template <class Read, class Ask>
+std::optional<Version> AgreeOnVersion(xcb_connection_t* connection, xcb_extension_t* extension,
+                                      Read read, Ask ask) {
+  const xcb_query_extension_reply_t* data = xcb_get_extension_data(connection, extension);
+  if (!data) return std::nullopt;
+  if (!data->present) return Version{};
+  const auto reply = Await(connection, read, ask());
+  if (!reply) return std::nullopt;
+  return Version{reply->major_version, reply->minor_version};
 }
 
 /// The other end is gone. Says nothing of a server that merely does not answer.
@@ -78,23 +90,18 @@ Link::Link(xcb_connection_t* opened, int screen_number, std::string display_name
   for (xcb_extension_t* extension : {&xcb_randr_id, &xcb_xfixes_id, &xcb_shm_id}) {
     xcb_prefetch_extension_data(connection, extension);
   }
-  // A version must be agreed on before an extension's newer requests are used.
-  if (HasExtension(connection, &xcb_randr_id)) {
-    const auto version =
-        Await(connection, xcb_randr_query_version_reply, xcb_randr_query_version(connection, 1, 5));
-    has_monitors = version && (version->major_version > 1 || version->minor_version >= 5);
-  }
-  if (HasExtension(connection, &xcb_xfixes_id)) {
-    const auto version = Await(connection, xcb_xfixes_query_version_reply,
-                               xcb_xfixes_query_version(connection, 4, 0));
-    has_cursor_images = version != nullptr;
-  }
+  const auto randr = AgreeOnVersion(connection, &xcb_randr_id, xcb_randr_query_version_reply,
+                                    [&] { return xcb_randr_query_version(connection, 1, 5); });
+  const auto xfixes = AgreeOnVersion(connection, &xcb_xfixes_id, xcb_xfixes_query_version_reply,
+                                     [&] { return xcb_xfixes_query_version(connection, 4, 0); });
+  const auto shm = AgreeOnVersion(connection, &xcb_shm_id, xcb_shm_query_version_reply,
+                                  [&] { return xcb_shm_query_version(connection); });
+  is_usable = randr && xfixes && shm;
+  if (!is_usable) return;
+  has_monitors = *randr >= Version{1, 5};
+  has_cursor_images = *xfixes >= Version{1, 0};
   // File descriptors travel over a local socket only.
-  if (IsLocal(connection) && HasExtension(connection, &xcb_shm_id)) {
-    const auto version =
-        Await(connection, xcb_shm_query_version_reply, xcb_shm_query_version(connection));
-    has_shared_memory = version && (version->major_version > 1 || version->minor_version >= 2);
-  }
+  has_shared_memory = IsLocal(connection) && *shm >= Version{1, 2};
 }
 
 Link::~Link() { xcb_disconnect(connection); }
@@ -154,6 +161,11 @@ void Session::OpenLink(Deadline deadline) {
   }
   if (xcb_connection_has_error(link->connection)) {
     error_ = "lost the X server at '" + display + "' while connecting";
+    return;
+  }
+  // Taking what is unknown for missing would hide displays for as long as the connection lasts.
+  if (!link->is_usable) {
+    error_ = "the X server at '" + display + "' refused to say what it can do";
     return;
   }
   Replace(channel_, std::move(link));

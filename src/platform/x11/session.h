@@ -27,6 +27,7 @@ struct Link {
   xcb_connection_t* const connection;
   const std::string display;
   const xcb_screen_t* screen = nullptr;
+  bool is_usable = false;                // it told all of the following
   bool has_monitors = false;             // RandR 1.5
   bool has_cursor_images = false;        // XFixes 1
   bool has_shared_memory = false;        // MIT-SHM 1.2, which passes memory as a file descriptor
