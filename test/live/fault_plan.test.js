@@ -15,6 +15,9 @@ const BAD_MATCH = 8;
 const BAD_ALLOC = 11;
 const CODES = [BAD_WINDOW, BAD_MATCH, BAD_ALLOC];
 
+/** Longer than a test may take; a server that stays grabbed would stop it for good. */
+const TEST_MS = 120_000;
+
 const faults = {
   error: 'an error',
   close: 'the end of the connection',
@@ -59,7 +62,8 @@ async function makePlan(t, { wanted, scene, values, fault, outcomes }) {
 
 describe('whichever answer is spoilt', () => {
   for (const wanted of functions) {
-    test(`${wanted.name} has a documented outcome`, { concurrency: 2 }, async (t) => {
+    const options = { concurrency: 2, timeout: TEST_MS };
+    test(`${wanted.name} has a documented outcome`, options, async (t) => {
       const scene = await startScene(t);
       const values = await wanted.values(scene);
       const outcomes = new Set();
