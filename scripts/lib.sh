@@ -19,3 +19,9 @@ as_root() {
     fail "need root or sudo to run: $*"
   fi
 }
+
+# The files that clang-format looks after.
+native_sources() {
+  find src bench test -name node_modules -prune -o \
+    '(' -name '*.c' -o -name '*.cc' -o -name '*.h' -o -name '*.mm' ')' -print
+}
