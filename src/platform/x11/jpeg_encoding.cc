@@ -1,5 +1,7 @@
+#include <atomic>
 #include <chrono>
 #include <functional>
+#include <memory>
 #include <utility>
 
 #include <glib.h>
@@ -19,21 +21,32 @@ struct EncodedImage {
 
 namespace {
 
-// The capture thread and one beside it.
-constexpr int32_t kParts = 2;
+// More parts than threads: whoever is late finds less left to do.
+constexpr int32_t kParts = 4;
 
-/// Does both at the same time where a second thread can be had.
-void RunBoth(const std::function<void()>& here, const std::function<void()>& beside) {
-  const Semaphore done;
-  const bool is_posted = EncoderThread().Post([&beside, done] {
-    beside();
-    done.Signal();
-  });
-  here();
-  if (is_posted) {
-    while (!done.Wait(std::chrono::hours(1))) continue;
-  } else {
-    beside();
+/// Parts that several threads take one after the other.
+struct SharedWork {
+  const int32_t count;
+  std::atomic<int32_t> next = 0;
+  Semaphore finished = {};  // signalled once for each part
+
+  /// Works until no part is left to take. Once all are finished, `part` is not called any more.
+  void TakeParts(const std::function<void(int32_t)>& part) {
+    for (int32_t index = next++; index < count; index = next++) {
+      part(index);
+      finished.Signal();
+    }
+  }
+};
+
+/// Calls `part` for each index below `count`, from this thread and, as soon as it comes to it, from
+/// the encoder thread.
+void RunParts(int32_t count, const std::function<void(int32_t)>& part) {
+  const std::shared_ptr<SharedWork> work(new SharedWork{.count = count});
+  if (count > 1) EncoderThread().Post([work, &part] { work->TakeParts(part); });
+  work->TakeParts(part);
+  for (int32_t index = 0; index < count; ++index) {
+    while (!work->finished.Wait(std::chrono::hours(1))) continue;
   }
 }
 
@@ -44,15 +57,10 @@ std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage& image, int32
   if (!IsJpegSize(width, height)) return nullptr;
   JpegParts parts(width, height, quality, kParts);
   const AreaScaler scaler(image.picture, image.window, width, height);
-  const auto encode = [&parts, &scaler](int32_t part) {
+  RunParts(parts.count(), [&parts, &scaler](int32_t part) {
     AreaScaler own = scaler;
     parts.Encode(part, [&own](int32_t y, uint8_t* row) { own.ScaleRow(y, row); });
-  };
-  if (parts.count() == 1) {
-    encode(0);
-  } else {
-    RunBoth([&] { encode(0); }, [&] { encode(1); });
-  }
+  });
   JpegData data = parts.Join();
   if (!data.bytes) return nullptr;
   return std::make_shared<const EncodedImage>(EncodedImage{std::move(data)});

@@ -52,7 +52,7 @@ TaskThread& DisplayThread();
 /// Takes and encodes screenshots, one after the other.
 TaskThread& CaptureThread();
 
-/// Encodes the lower half of a screenshot while the capture thread encodes the upper one.
+/// Encodes parts of a screenshot beside the capture thread.
 TaskThread& EncoderThread();
 
 }  // namespace deskhand::platform
