@@ -203,6 +203,7 @@ JpegData JpegParts::Join() {
     if (!part.bytes) return {};
     size += part.size;
   }
+  if (size == 0) return {};
   if (count() == 1) return std::move(parts_.front());
 
   // Every part has the same header, but for the height, and ends with a marker's worth of bytes
