@@ -1,57 +1,59 @@
 // painter - windows of known colours on an X server, for tests.
 // Reads one command a line from standard input and answers each with a line of its own, "ok" or
-// "error" and why. What a command asks for is on the screen when its answer comes.
+// "error" and why. What a command asks for is on the screen when its answer comes, unless a window
+// manager or a compositing manager takes part.
 //
-//   window NAME X Y WIDTH HEIGHT COLOUR CLASS managed|unmanaged
+//   window NAME X Y WIDTH HEIGHT COLOUR CLASS managed|unmanaged [OPTION...]
 //                       COLOUR is RRGGBB in hexadecimal, CLASS is instance/class or -
-//   move NAME X Y       raise NAME      focus NAME       destroy NAME
-//   hide NAME           iconify NAME    activate NAME (as a window manager, by _NET_ACTIVE_WINDOW)
+//       argb            with an alpha channel; COLOUR is AARRGGBB, premultiplied
+//       ring            shaped: with a hole of a third of its width and height in the middle
+//       border=WIDTH,COLOUR
+//       nothing | once | asked | frame
+//                       without a background, so that what was there stays until it paints: never,
+//                       on the first Expose, on each, or on the first a frame of four thin
+//                       rectangles
+//       for=WINDOW      transient for a window
+//   Where a window is looked up, it may also be the identifier 0x... of another process's.
+//   move NAME X Y       resize NAME WIDTH HEIGHT
+//   raise NAME          lower NAME          focus NAME       destroy NAME
+//   hide NAME           show NAME           iconify NAME
+//   activate NAME       as a window manager, by _NET_ACTIVE_WINDOW
+//   id NAME             answers "ok 0x..."
 //   property NAME ATOM TEXT   sets a text property
 //   embed NAME PARENT   makes it a child of that window, in its corner
 //   cursor NAME COLOUR  the pointer over that window: a square of 16 pixels, hot spot at (4, 4)
 //   pointer X Y         warps the pointer
 //   background COLOUR   of the root window
+//   wallpaper COLOUR COLOUR announced|silent   a tile as its background
 //   grab PATH           writes the whole screen to PATH as a PPM file
+//   settle              paints what has been exposed
 //   managed             answers "error" while no window manager shows new windows
+//   composited          answers "error" while no compositing manager has announced itself
+//   storm SEED WINDOW-ARGUMENTS [steady]   changes many windows as fast as it can
+//   calm                ends that; answers "ok" and how many changes there were
+#include "painter.h"
+
 #include <poll.h>
-#include <stdbool.h>
-#include <stdint.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
-#include <time.h>
-#include <xcb/xcb.h>
+#include <unistd.h>
 
 enum {
-  kMostWindows = 128,
-  kNameSize = 64,
-  kPatienceMs = 5000,
   kProbePatienceMs = 100,
   kCursorSize = 16,
   kCursorHotSpot = 4,
-  kNormalHintsWords = 18,
-  kUserPositionSizeGravity = 1 | 2 | 512,
   kIconicState = 3,
+  kLineSize = 1024,
 };
 
-struct Window {
-  char name[kNameSize];
-  xcb_window_t id;
-};
+xcb_connection_t* connection;
+xcb_screen_t* screen;
 
-static xcb_connection_t* connection;
-static xcb_screen_t* screen;
-static struct Window windows[kMostWindows];
-static int window_count;
+// What the answer to a command says besides "ok".
+static char answer[32];
 
-static xcb_window_t Find(const char* name) {
-  for (int index = 0; index < window_count; ++index) {
-    if (strcmp(windows[index].name, name) == 0) return windows[index].id;
-  }
-  return XCB_NONE;
-}
-
-static xcb_atom_t Atom(const char* name) {
+xcb_atom_t Atom(const char* name) {
   xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(
       connection, xcb_intern_atom(connection, false, strlen(name), name), NULL);
   const xcb_atom_t atom = reply ? reply->atom : XCB_ATOM_NONE;
@@ -59,108 +61,26 @@ static xcb_atom_t Atom(const char* name) {
   return atom;
 }
 
-// In any visual: the server says which pixel shows the colour.
-static uint32_t Pixel(uint32_t colour) {
-  xcb_alloc_color_reply_t* reply = xcb_alloc_color_reply(
-      connection,
-      xcb_alloc_color(connection, screen->default_colormap, (colour >> 16 & 0xff) * 257,
-                      (colour >> 8 & 0xff) * 257, (colour & 0xff) * 257),
-      NULL);
-  const uint32_t pixel = reply ? reply->pixel : 0;
-  free(reply);
-  return pixel;
-}
-
-// All requests so far have been carried out.
-static bool Sync(void) {
-  xcb_get_input_focus_reply_t* reply =
-      xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), NULL);
-  free(reply);
-  return reply != NULL;
-}
-
-static bool Concerns(const xcb_generic_event_t* event, xcb_window_t window, uint8_t type) {
-  if ((event->response_type & 0x7f) != type) return false;
-  switch (type) {
-    case XCB_VISIBILITY_NOTIFY:
-      return ((const xcb_visibility_notify_event_t*)event)->window == window;
-    case XCB_UNMAP_NOTIFY:
-      return ((const xcb_unmap_notify_event_t*)event)->window == window;
-    default:
-      return false;
-  }
-}
-
-static int64_t NowMs(void) {
-  struct timespec now;
-  clock_gettime(CLOCK_MONOTONIC, &now);
-  return (int64_t)now.tv_sec * 1000 + now.tv_nsec / 1000000;
-}
-
-static bool WaitFor(xcb_window_t window, uint8_t type, int patience_ms) {
-  const int64_t deadline = NowMs() + patience_ms;
-  xcb_flush(connection);
-  while (!xcb_connection_has_error(connection)) {
-    xcb_generic_event_t* event = xcb_poll_for_event(connection);
-    if (event) {
-      const bool found = Concerns(event, window, type);
-      free(event);
-      if (found) return Sync();
-      continue;
-    }
-    const int64_t left_ms = deadline - NowMs();
-    if (left_ms <= 0) return false;
-    poll(&(struct pollfd){xcb_get_file_descriptor(connection), POLLIN, 0}, 1, (int)left_ms);
-  }
-  return false;
-}
-
-// The user's own wish, so that a window manager puts the window exactly there.
-static void SetNormalHints(xcb_window_t window) {
-  uint32_t hints[kNormalHintsWords] = {kUserPositionSizeGravity};
-  hints[kNormalHintsWords - 1] = XCB_GRAVITY_STATIC;
-  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NORMAL_HINTS,
-                      XCB_ATOM_WM_SIZE_HINTS, 32, kNormalHintsWords, hints);
-}
-
-// "instance/class" as two strings, each with its NUL.
-static void SetClass(xcb_window_t window, char* text) {
-  const size_t length = strlen(text) + 1;
-  char* slash = strchr(text, '/');
-  if (slash) *slash = '\0';
-  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING,
-                      8, length, text);
-}
-
 static bool CreateWindow(const char* arguments) {
-  char name[kNameSize], class[kNameSize], manager[kNameSize];
-  int x, y;
-  unsigned width, height, colour;
-  if (window_count == kMostWindows || sscanf(arguments, "%63s %d %d %u %u %x %63s %63s", name, &x,
-                                             &y, &width, &height, &colour, class, manager) != 8) {
-    return false;
-  }
-  const bool unmanaged = strcmp(manager, "unmanaged") == 0;
-  const uint32_t values[] = {Pixel(colour), unmanaged,
-                             XCB_EVENT_MASK_STRUCTURE_NOTIFY | XCB_EVENT_MASK_VISIBILITY_CHANGE};
-  const xcb_window_t window = xcb_generate_id(connection);
-  xcb_create_window(connection, XCB_COPY_FROM_PARENT, window, screen->root, x, y, width, height, 0,
-                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
-                    XCB_CW_BACK_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK, values);
-  SetNormalHints(window);
-  xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING,
-                      8, strlen(name), name);
-  if (strcmp(class, "-") != 0) SetClass(window, class);
-  struct Window* entry = &windows[window_count++];
-  memcpy(entry->name, name, sizeof(name));
-  entry->id = window;
-  xcb_map_window(connection, window);
-  return WaitFor(window, XCB_VISIBILITY_NOTIFY, kPatienceMs);
+  struct Wish wish;
+  if (!ReadWish(arguments, &wish)) return false;
+  const xcb_window_t window = Open(&wish);
+  return window && WaitFor(window, XCB_VISIBILITY_NOTIFY, kPatienceMs);
+}
+
+static bool TellId(xcb_window_t window) {
+  snprintf(answer, sizeof(answer), " 0x%x", window);
+  return true;
 }
 
 static bool Hide(xcb_window_t window) {
   xcb_unmap_window(connection, window);
   return WaitFor(window, XCB_UNMAP_NOTIFY, kPatienceMs);
+}
+
+static bool Show(xcb_window_t window) {
+  xcb_map_window(connection, window);
+  return WaitFor(window, XCB_VISIBILITY_NOTIFY, kPatienceMs);
 }
 
 // The window manager does it, see the ICCCM, section 4.1.4.
@@ -176,36 +96,47 @@ static bool Iconify(xcb_window_t window) {
   return WaitFor(window, XCB_UNMAP_NOTIFY, kPatienceMs);
 }
 
-static bool Raise(xcb_window_t window) {
-  xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_STACK_MODE,
-                       &(uint32_t){XCB_STACK_MODE_ABOVE});
-  return Sync();
+static bool Restack(xcb_window_t window, uint32_t mode) {
+  xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+  return Settle();
 }
+
+static bool Raise(xcb_window_t window) { return Restack(window, XCB_STACK_MODE_ABOVE); }
+
+static bool Lower(xcb_window_t window) { return Restack(window, XCB_STACK_MODE_BELOW); }
 
 static bool Focus(xcb_window_t window) {
   xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
-  return Sync();
+  return Settle();
 }
 
 static bool Activate(xcb_window_t window) {
   xcb_change_property(connection, XCB_PROP_MODE_REPLACE, screen->root, Atom("_NET_ACTIVE_WINDOW"),
                       XCB_ATOM_WINDOW, 32, 1, &window);
-  return Sync();
+  return Settle();
 }
 
 static bool Destroy(xcb_window_t window) {
-  xcb_destroy_window(connection, window);
-  return Sync();
+  Close(window);
+  return Settle();
+}
+
+static bool Configure(const char* arguments, uint16_t mask) {
+  char name[kNameSize];
+  int values[2];
+  if (sscanf(arguments, "%63s %d %d", name, &values[0], &values[1]) != 3) return false;
+  const xcb_window_t window = Find(name);
+  if (!window) return false;
+  xcb_configure_window(connection, window, mask, values);
+  return Settle();
 }
 
 static bool Move(const char* arguments) {
-  char name[kNameSize];
-  int position[2];
-  if (sscanf(arguments, "%63s %d %d", name, &position[0], &position[1]) != 3) return false;
-  const xcb_window_t window = Find(name);
-  if (!window) return false;
-  xcb_configure_window(connection, window, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y, position);
-  return Sync();
+  return Configure(arguments, XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y);
+}
+
+static bool Resize(const char* arguments) {
+  return Configure(arguments, XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT);
 }
 
 static bool Embed(const char* arguments) {
@@ -214,7 +145,7 @@ static bool Embed(const char* arguments) {
   const xcb_window_t window = Find(name), parent = Find(parent_name);
   if (!window || !parent) return false;
   xcb_reparent_window(connection, window, parent, 0, 0);
-  return Sync();
+  return Settle();
 }
 
 static bool SetProperty(const char* arguments) {
@@ -224,7 +155,7 @@ static bool SetProperty(const char* arguments) {
   if (!window) return false;
   xcb_change_property(connection, XCB_PROP_MODE_REPLACE, window, Atom(atom), Atom("UTF8_STRING"), 8,
                       strlen(text), text);
-  return Sync();
+  return Settle();
 }
 
 static bool SetCursor(const char* arguments) {
@@ -245,46 +176,14 @@ static bool SetCursor(const char* arguments) {
   xcb_create_cursor(connection, cursor, shape, shape, red, green, blue, red, green, blue,
                     kCursorHotSpot, kCursorHotSpot);
   xcb_change_window_attributes(connection, window, XCB_CW_CURSOR, &cursor);
-  return Sync();
+  return Settle();
 }
 
 static bool WarpPointer(const char* arguments) {
   int x, y;
   if (sscanf(arguments, "%d %d", &x, &y) != 2) return false;
   xcb_warp_pointer(connection, XCB_NONE, screen->root, 0, 0, 0, 0, x, y);
-  return Sync();
-}
-
-static bool SetBackground(const char* arguments) {
-  unsigned colour;
-  if (sscanf(arguments, "%x", &colour) != 1) return false;
-  const uint32_t pixel = Pixel(colour);
-  xcb_change_window_attributes(connection, screen->root, XCB_CW_BACK_PIXEL, &pixel);
-  xcb_clear_area(connection, false, screen->root, 0, 0, 0, 0);
-  return Sync();
-}
-
-// Screens of 8 bits a colour, as the servers of tests are.
-static bool GrabScreen(const char* path) {
-  const uint16_t width = screen->width_in_pixels, height = screen->height_in_pixels;
-  xcb_get_image_reply_t* reply = xcb_get_image_reply(
-      connection,
-      xcb_get_image(connection, XCB_IMAGE_FORMAT_Z_PIXMAP, screen->root, 0, 0, width, height, ~0u),
-      NULL);
-  FILE* file = reply ? fopen(path, "wb") : NULL;
-  const size_t count = (size_t)width * height;
-  bool done = false;
-  if (file && (size_t)xcb_get_image_data_length(reply) == 4 * count) {
-    fprintf(file, "P6\n%d %d\n255\n", width, height);
-    const uint8_t* pixel = xcb_get_image_data(reply);
-    for (size_t index = 0; index < count; ++index, pixel += 4) {
-      fwrite((const uint8_t[]){pixel[2], pixel[1], pixel[0]}, 1, 3, file);
-    }
-    done = !ferror(file);
-  }
-  if (file) done = fclose(file) == 0 && done;
-  free(reply);
-  return done;
+  return Settle();
 }
 
 static bool AnnouncesManager(void) {
@@ -310,22 +209,49 @@ static bool IsManaged(void) {
   xcb_map_window(connection, probe);
   const bool shown = WaitFor(probe, XCB_VISIBILITY_NOTIFY, kProbePatienceMs);
   xcb_destroy_window(connection, probe);
-  return Sync() && shown;
+  return Settle() && shown;
+}
+
+static bool IsComposited(void) {
+  xcb_get_selection_owner_reply_t* reply = xcb_get_selection_owner_reply(
+      connection, xcb_get_selection_owner(connection, Atom("_NET_WM_CM_S0")), NULL);
+  const bool owned = reply && reply->owner;
+  free(reply);
+  return owned;
+}
+
+static bool Calm(void) {
+  if (!IsStorming()) return false;
+  snprintf(answer, sizeof(answer), " %u", EndStorm());
+  return true;
 }
 
 static bool Run(const char* command, const char* arguments) {
   static const struct {
     const char* name;
     bool (*run)(const char* arguments);
-  } plain[] = {{"window", CreateWindow},      {"move", Move},
-               {"property", SetProperty},     {"embed", Embed},
-               {"cursor", SetCursor},         {"pointer", WarpPointer},
-               {"background", SetBackground}, {"grab", GrabScreen}};
+  } plain[] = {{"window", CreateWindow},
+               {"move", Move},
+               {"resize", Resize},
+               {"property", SetProperty},
+               {"embed", Embed},
+               {"cursor", SetCursor},
+               {"pointer", WarpPointer},
+               {"background", SetBackground},
+               {"wallpaper", SetWallpaper},
+               {"grab", GrabScreen},
+               {"storm", StartStorm}};
   static const struct {
     const char* name;
     bool (*run)(xcb_window_t window);
-  } named[] = {{"hide", Hide},   {"iconify", Iconify},   {"raise", Raise},
-               {"focus", Focus}, {"activate", Activate}, {"destroy", Destroy}};
+  } named[] = {{"hide", Hide},         {"show", Show},       {"iconify", Iconify},
+               {"raise", Raise},       {"lower", Lower},     {"focus", Focus},
+               {"activate", Activate}, {"destroy", Destroy}, {"id", TellId}};
+  static const struct {
+    const char* name;
+    bool (*run)(void);
+  } bare[] = {
+      {"managed", IsManaged}, {"composited", IsComposited}, {"settle", Settle}, {"calm", Calm}};
   for (size_t index = 0; index < sizeof(plain) / sizeof(*plain); ++index) {
     if (strcmp(command, plain[index].name) == 0) return plain[index].run(arguments);
   }
@@ -334,7 +260,41 @@ static bool Run(const char* command, const char* arguments) {
     const xcb_window_t window = Find(arguments);
     return window && named[index].run(window);
   }
-  return strcmp(command, "managed") == 0 && IsManaged();
+  for (size_t index = 0; index < sizeof(bare) / sizeof(*bare); ++index) {
+    if (strcmp(command, bare[index].name) == 0) return bare[index].run();
+  }
+  return false;
+}
+
+static void Obey(char* line) {
+  char* space = strchr(line, ' ');
+  if (space) *space = '\0';
+  answer[0] = '\0';
+  // What has happened on the screen since the last command comes first.
+  const bool done = Settle() && Run(line, space ? space + 1 : "");
+  if (done) {
+    printf("ok%s\n", answer);
+  } else {
+    printf("error\n");
+  }
+}
+
+// Obeys the commands that have come; false when there will be none any more.
+static bool ReadCommands(void) {
+  static char text[kLineSize];
+  static size_t length;
+  const ssize_t count = read(STDIN_FILENO, text + length, sizeof(text) - 1 - length);
+  if (count <= 0) return false;
+  length += (size_t)count;
+  text[length] = '\0';
+  char* line = text;
+  for (char* end; (end = strchr(line, '\n')); line = end + 1) {
+    *end = '\0';
+    Obey(line);
+  }
+  length -= (size_t)(line - text);
+  memmove(text, line, length);
+  return true;
 }
 
 int main(void) {
@@ -342,13 +302,12 @@ int main(void) {
   if (xcb_connection_has_error(connection)) return EXIT_FAILURE;
   screen = xcb_setup_roots_iterator(xcb_get_setup(connection)).data;
   setvbuf(stdout, NULL, _IOLBF, 0);
-  char line[1024];
-  while (fgets(line, sizeof(line), stdin)) {
-    line[strcspn(line, "\n")] = '\0';
-    char* space = strchr(line, ' ');
-    if (space) *space = '\0';
-    const bool done = Run(line, space ? space + 1 : "");
-    printf("%s\n", done ? "ok" : "error");
+  struct pollfd sources[] = {{STDIN_FILENO, POLLIN, 0},
+                             {xcb_get_file_descriptor(connection), POLLIN, 0}};
+  while (Settle()) {
+    if (IsStorming()) StormOn();
+    if (poll(sources, 2, IsStorming() ? 0 : -1) < 0) break;
+    if (sources[0].revents && !ReadCommands()) break;
   }
   xcb_disconnect(connection);
   return EXIT_SUCCESS;

@@ -15,6 +15,28 @@ function hex(colour) {
   return colour.replace('#', '');
 }
 
+/** AARRGGBB of a colour (#rrggbb) that lets the rest of what is behind through, premultiplied. */
+function premultiplied(colour, alpha) {
+  const channels = hex(colour).match(/../g);
+  const scaled = channels.map((channel) => Math.round(alpha * Number.parseInt(channel, 16)));
+  return Buffer.from([Math.round(alpha * 255), ...scaled]).toString('hex');
+}
+
+/** The arguments of painter.c's `window`. */
+function windowWords(name, wish) {
+  const { x, y, width, height, colour, wmClass = '-', managed = true } = wish;
+  const { alpha, border, ring, paints, transientFor } = wish;
+  const pixel = alpha === undefined ? hex : (any) => premultiplied(any, alpha);
+  const words = [name, x, y, width, height, pixel(colour), wmClass];
+  words.push(managed ? 'managed' : 'unmanaged');
+  if (alpha !== undefined) words.push('argb');
+  if (ring) words.push('ring');
+  if (border) words.push(`border=${border.width},${pixel(border.colour)}`);
+  if (paints) words.push(paints);
+  if (transientFor) words.push(`for=${transientFor}`);
+  return words;
+}
+
 /** A folder that is gone when the test ends. */
 function temporaryFolder(t) {
   const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'deskhand-test-'));
@@ -48,17 +70,26 @@ function startPainter(t, env) {
       waiting.push(resolve);
       child.stdin.write(`${words.join(' ')}\n`);
     });
+  /** What the answer says besides "ok". */
   const order = async (...words) => {
-    const answer = await ask(...words);
-    if (answer !== 'ok') throw new Error(`the painter cannot do "${words.join(' ')}": ${answer}`);
+    const [verdict, ...rest] = (await ask(...words)).split(' ');
+    if (verdict !== 'ok') throw new Error(`the painter cannot do "${words.join(' ')}": ${verdict}`);
+    return rest.join(' ');
   };
   return {
-    /** `wmClass` is 'instance/class'; a window that is not managed overrides the redirection. */
-    window(name, { x, y, width, height, colour, wmClass = '-', managed = true }) {
-      const manager = managed ? 'managed' : 'unmanaged';
-      return order('window', name, x, y, width, height, hex(colour), wmClass, manager);
-    },
+    /**
+     * `wmClass` is 'instance/class'; a window that is not managed overrides the redirection. `alpha`
+     * gives it an alpha channel, `border` is { width, colour }, `ring` cuts a hole into its middle.
+     * `paints`: 'nothing', 'once', 'asked' or 'frame' for a window without a background.
+     * `transientFor`: the name of a window here, or the `id` of one of another painter.
+     */
+    window: (name, wish) => order('window', ...windowWords(name, wish)),
+    /** '0x...' */
+    id: (name) => order('id', name),
     move: (name, x, y) => order('move', name, x, y),
+    resize: (name, width, height) => order('resize', name, width, height),
+    show: (name) => order('show', name),
+    lower: (name) => order('lower', name),
     raise: (name) => order('raise', name),
     focus: (name) => order('focus', name),
     activate: (name) => order('activate', name),
@@ -70,6 +101,17 @@ function startPainter(t, env) {
     cursor: (name, colour) => order('cursor', name, hex(colour)),
     pointer: (x, y) => order('pointer', x, y),
     background: (colour) => order('background', hex(colour)),
+    /** Two colours in turn; announced: by the properties that compositing managers look at. */
+    wallpaper: (first, second, { announced = true } = {}) =>
+      order('wallpaper', hex(first), hex(second), announced ? 'announced' : 'silent'),
+    /** Resolves when what had been exposed is painted. */
+    settle: () => order('settle'),
+    /** Changes windows like `wish`, inside of its rectangle, until calm(); steady: all stay open. */
+    storm: (seed, wish, { steady = false } = {}) =>
+      order('storm', seed, ...windowWords('storm', wish), ...(steady ? ['steady'] : [])),
+    /** Ends the storm; resolves with the number of its changes. */
+    calm: async () => Number(await order('calm')),
+    isComposited: async () => (await ask('composited')) === 'ok',
     isManaged: async () => (await ask('managed')) === 'ok',
     /** The screen as the server has it: { width, height, rgb }. */
     async grab() {
