@@ -1,7 +1,10 @@
 #include "platform/x11/area_scaler.h"
 
+#include <algorithm>
 #include <cmath>
+#include <memory>
 #include <random>
+#include <utility>
 
 #include <gtest/gtest.h>
 
@@ -24,10 +27,19 @@ struct Canvas {
   }
 };
 
+AreaScaler ScalerFor(const Canvas& source, const Window& window, int32_t width, int32_t height) {
+  return {source.picture(), std::make_shared<const ScalePlan>(ScalePlan::Sizes{
+                                source.width, source.height, window, width, height})};
+}
+
 Canvas Scale(const Canvas& source, const Window& window, int32_t width, int32_t height) {
   Canvas target(width, height);
-  AreaScaler scaler(source.picture(), window, width, height);
-  for (int32_t y = 0; y < height; ++y) scaler.ScaleRow(y, target.at(0, y));
+  AreaScaler scaler = ScalerFor(source, window, width, height);
+  for (int32_t y = 0; y < height; ++y) {
+    uint8_t* const room = target.at(0, y);
+    const uint8_t* const row = scaler.Row(y, room);
+    if (row != room) std::copy_n(row, size_t(width) * kBytes, room);
+  }
   return target;
 }
 
@@ -47,6 +59,40 @@ TEST(AreaScaler, LeavesAPictureOfTheSameSizeAsItIs) {
   }
 }
 
+TEST(AreaScaler, HandsOverRowsOfTheSameSizeWithoutTouchingThem) {
+  Canvas source = Noise(37, 23);
+  AreaScaler scaler = ScalerFor(source, {5, 2, 30, 21}, 30, 21);
+  for (int32_t y = 0; y < 21; ++y) EXPECT_EQ(scaler.Row(y, nullptr), source.at(5, y + 2));
+}
+
+TEST(AreaScaler, ScalesToTheSameSizeWhatLiesBesideThePixelsOrThePicture) {
+  Canvas source = Noise(37, 23);
+  for (const Window& window : {Window{-1, 0, 37, 23},
+                               {1, 0, 37, 23},
+                               {0, -1, 37, 23},
+                               {0, 1, 37, 23},
+                               {0.5, 0, 36, 23},
+                               {0, 0.5, 37, 22}}) {
+    const auto width = int32_t(window.width), height = int32_t(window.height);
+    AreaScaler scaler = ScalerFor(source, window, width, height);
+    std::vector<uint8_t> room(size_t(width) * kBytes);
+    EXPECT_EQ(scaler.Row(0, room.data()), room.data());
+  }
+}
+
+TEST(AreaScaler, GivesTheSamePixelsWhetherItScalesThemOrHandsThemOver) {
+  Canvas source = Noise(37, 23);
+  // The last column lies outside, so that nothing can be handed over.
+  Canvas scaled = Scale(source, {0, 0, 38, 23}, 38, 23);
+  for (int32_t y = 0; y < 23; ++y) {
+    for (int32_t x = 0; x < 37; ++x) {
+      for (int byte = 0; byte < 3; ++byte) {
+        ASSERT_EQ(scaled.at(x, y)[byte], source.at(x, y)[byte]) << x << "," << y;
+      }
+    }
+  }
+}
+
 TEST(AreaScaler, KeepsAFlatColourExactlyAtAnyRatio) {
   Canvas source(1920, 108);
   source.Fill(1, 254, 255);
@@ -62,20 +108,26 @@ TEST(AreaScaler, KeepsAFlatColourExactlyAtAnyRatio) {
 
 TEST(AreaScaler, AveragesTheAreaThatATargetPixelCovers) {
   Canvas source = Noise(192, 108);
-  Canvas target = Scale(source, {0, 0, 192, 108}, 145, 81);
-  const double step_x = 192.0 / 145, step_y = 108.0 / 81;
-  for (int32_t y = 0; y < 81; ++y) {
-    for (int32_t x = 0; x < 145; ++x) {
-      double sum = 0;
-      for (int32_t sy = 0; sy < 108; ++sy) {
-        const double high = std::min(sy + 1.0, (y + 1) * step_y) - std::max<double>(sy, y * step_y);
-        for (int32_t sx = 0; high > 0 && sx < 192; ++sx) {
-          const double wide =
-              std::min(sx + 1.0, (x + 1) * step_x) - std::max<double>(sx, x * step_x);
-          if (wide > 0) sum += high * wide * source.at(sx, sy)[1];
+  // One, two, three, four and more pairs of source pixels for a target pixel.
+  for (const auto& [width, height] :
+       {std::pair{191, 107}, {145, 81}, {47, 31}, {39, 22}, {27, 16}, {13, 9}}) {
+    Canvas target = Scale(source, {0, 0, 192, 108}, width, height);
+    const double step_x = 192.0 / width, step_y = 108.0 / height;
+    for (int32_t y = 0; y < height; ++y) {
+      for (int32_t x = 0; x < width; ++x) {
+        double sum = 0;
+        for (int32_t sy = 0; sy < 108; ++sy) {
+          const double high =
+              std::min(sy + 1.0, (y + 1) * step_y) - std::max<double>(sy, y * step_y);
+          for (int32_t sx = 0; high > 0 && sx < 192; ++sx) {
+            const double wide =
+                std::min(sx + 1.0, (x + 1) * step_x) - std::max<double>(sx, x * step_x);
+            if (wide > 0) sum += high * wide * source.at(sx, sy)[1];
+          }
         }
+        ASSERT_NEAR(target.at(x, y)[1], sum / (step_x * step_y), 1.5)
+            << x << "," << y << " of " << width;
       }
-      ASSERT_NEAR(target.at(x, y)[1], sum / (step_x * step_y), 1.5) << x << "," << y;
     }
   }
 }

@@ -54,19 +54,21 @@ JpegData Encode(int32_t width, int32_t height, double quality, const RowSource& 
 
 /// Left half red, right half blue.
 JpegData TwoColours(int32_t width, int32_t height, double quality) {
-  return Encode(width, height, quality, [width](int32_t, uint8_t* row) {
+  return Encode(width, height, quality, [width](int32_t, uint8_t* row) -> const uint8_t* {
     for (int32_t x = 0; x < width; ++x) {
       row[4 * x] = x < width / 2 ? 0 : 255;
       row[4 * x + 1] = 0;
       row[4 * x + 2] = x < width / 2 ? 255 : 0;
     }
+    return row;
   });
 }
 
 JpegData Noise(int32_t width, int32_t height, double quality) {
   std::mt19937 random(1);
-  return Encode(width, height, quality, [&](int32_t, uint8_t* row) {
+  return Encode(width, height, quality, [&](int32_t, uint8_t* row) -> const uint8_t* {
     for (int32_t i = 0; i < 4 * width; ++i) row[i] = static_cast<uint8_t>(random());
+    return row;
   });
 }
 
@@ -114,12 +116,13 @@ TEST(JpegEncoder, PartsJoinToThePictureThatIsEncodedInOnePiece) {
                                               {500, 2011, 12},
                                               {300, 1600, 2},
                                               {65500, 33, 2}}) {
-    const RowSource rows = [width = width](int32_t y, uint8_t* row) {
+    const RowSource rows = [width = width](int32_t y, uint8_t* row) -> const uint8_t* {
       for (int32_t x = 0; x < width; ++x) {
         row[4 * x] = static_cast<uint8_t>(x + y);
         row[4 * x + 1] = static_cast<uint8_t>(x * y / 64);
         row[4 * x + 2] = static_cast<uint8_t>(y);
       }
+      return row;
     };
     ASSERT_GT(JpegParts(width, height, 0.8, wanted).count(), 1) << width << " x " << height;
     const Decoded joined = Decode(Encode(width, height, 0.8, rows, wanted));

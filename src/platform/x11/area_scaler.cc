@@ -1,8 +1,10 @@
 #include "platform/x11/area_scaler.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstring>
+#include <utility>
 
 #include <simde/x86/sse2.h>
 
@@ -16,9 +18,120 @@ constexpr int kBytesPerPixel = 4;
 
 // Two pixels side by side fill a vector of eight 16-bit lanes.
 constexpr int kLanes = 2 * kBytesPerPixel;
+constexpr int kPixelsAtATime = 4;
+constexpr int kCacheLine = 64;  // bytes; where it is not, it costs a little
 
-simde__m128i Load(const void* from) {
-  return simde_mm_loadu_si128(static_cast<const simde__m128i*>(from));
+// Each product that is cut to its upper half loses a little; this few of them do not matter.
+constexpr int32_t kMostPairsOfVectors = 4;
+
+/// Some rows of the source.
+struct SourceRows {
+  const uint8_t* first;
+  size_t stride;  // bytes
+  int32_t count;
+  int32_t bytes;  // of a row
+};
+
+/// What the pixels of a target row are made of: consecutive source pixels, in pairs.
+struct Columns {
+  const int32_t* first;     // source pixel, for each target pixel
+  const uint16_t* weights;  // of each pair, once for every byte of its pixels
+};
+
+using Vector = simde__m128i;
+
+Vector Load(const void* from) { return simde_mm_loadu_si128(static_cast<const Vector*>(from)); }
+
+/// Most of the time goes by waiting for the source's memory. The rows that come next are asked for
+/// now, which the processor does not do by itself across pages; beyond the picture it does no harm.
+void FetchNext(const SourceRows& rows, int32_t byte) {
+  if (byte % kCacheLine != 0) return;
+  for (int32_t row = rows.count; row < 2 * rows.count; ++row) {
+    __builtin_prefetch(rows.first + row * rows.stride + byte, /*rw=*/0, /*locality=*/2);
+  }
+}
+
+/// The rows' bytes times the weight of their row, added up. `kCount` rows, so that the loop over
+/// them is unrolled; 0 stands for any number.
+template <int kCount>
+void SumSomeRows(const SourceRows& rows, const uint16_t* weights, uint16_t* sums) {
+  const int32_t count = kCount > 0 ? kCount : rows.count;
+  const Vector zero = simde_mm_setzero_si128();
+  int32_t byte = 0;
+  for (; byte + 2 * kLanes <= rows.bytes; byte += 2 * kLanes) {
+    FetchNext(rows, byte);
+    Vector low = zero, high = zero;
+    for (int32_t row = 0; row < count; ++row) {
+      const Vector pixels = Load(rows.first + row * rows.stride + byte);
+      const Vector weight = simde_mm_set1_epi16(static_cast<int16_t>(weights[row]));
+      low = simde_mm_add_epi16(low,
+                               simde_mm_mullo_epi16(simde_mm_unpacklo_epi8(pixels, zero), weight));
+      high = simde_mm_add_epi16(high,
+                                simde_mm_mullo_epi16(simde_mm_unpackhi_epi8(pixels, zero), weight));
+    }
+    auto* const to = reinterpret_cast<Vector*>(sums + byte);
+    simde_mm_storeu_si128(to, low);
+    simde_mm_storeu_si128(to + 1, high);
+  }
+  for (; byte < rows.bytes; ++byte) {
+    uint32_t sum = 0;
+    for (int32_t row = 0; row < count; ++row) {
+      sum += rows.first[row * rows.stride + byte] * weights[row];
+    }
+    sums[byte] = static_cast<uint16_t>(sum);
+  }
+}
+
+void SumRows(const SourceRows& rows, const uint16_t* weights, uint16_t* sums) {
+  switch (rows.count) {
+    case 1:
+      return SumSomeRows<1>(rows, weights, sums);
+    case 2:
+      return SumSomeRows<2>(rows, weights, sums);
+    case 3:
+      return SumSomeRows<3>(rows, weights, sums);
+    case 4:
+      return SumSomeRows<4>(rows, weights, sums);
+    default:
+      return SumSomeRows<0>(rows, weights, sums);
+  }
+}
+
+/// One target pixel, still in two halves: that of the even source pixels and that of the odd ones.
+template <int kPairs>
+Vector Weigh(const uint16_t* sums, const uint16_t* weights) {
+  Vector both = simde_mm_setzero_si128();
+  for (int pair = 0; pair < kPairs; ++pair) {
+    both = simde_mm_add_epi16(
+        both, simde_mm_mulhi_epu16(Load(sums + pair * kLanes), Load(weights + pair * kLanes)));
+  }
+  return both;
+}
+
+Vector AddHalves(Vector one, Vector other) {
+  const Vector sum =
+      simde_mm_add_epi16(simde_mm_unpacklo_epi64(one, other), simde_mm_unpackhi_epi64(one, other));
+  return simde_mm_srli_epi16(simde_mm_add_epi16(sum, simde_mm_set1_epi16(kRowUnit / 2)), 8);
+}
+
+template <int kPairs>
+void WeighPairs(const Columns& columns, const uint16_t* sums, int32_t width, uint8_t* target) {
+  const uint16_t* weights = columns.weights;
+  for (int32_t x = 0; x < width; x += kPixelsAtATime) {
+    Vector pixels[kPixelsAtATime];
+    for (int index = 0; index < kPixelsAtATime; ++index, weights += kPairs * kLanes) {
+      pixels[index] =
+          Weigh<kPairs>(sums + std::ptrdiff_t{kBytesPerPixel} * columns.first[x + index], weights);
+    }
+    const Vector four =
+        simde_mm_packus_epi16(AddHalves(pixels[0], pixels[1]), AddHalves(pixels[2], pixels[3]));
+    uint8_t* const to = target + std::ptrdiff_t{kBytesPerPixel} * x;
+    if (width - x >= kPixelsAtATime) {
+      simde_mm_storeu_si128(reinterpret_cast<Vector*>(to), four);
+    } else {
+      std::memcpy(to, &four, size_t{kBytesPerPixel} * (width - x));
+    }
+  }
 }
 
 /// Rounds shares of a whole to integers that add up to the rounded whole.
@@ -32,6 +145,14 @@ void AppendRounded(const std::vector<double>& shares, uint32_t unit,
     weights->push_back(static_cast<uint16_t>(upto - given));
     given = upto;
   }
+}
+
+bool IsCopy(const ScalePlan::Sizes& sizes) {
+  const Window& window = sizes.window;
+  return window.width == sizes.target_width && window.height == sizes.target_height &&
+         window.x >= 0 && window.x == std::floor(window.x) &&
+         window.x + window.width <= sizes.source_width && window.y >= 0 &&
+         window.y == std::floor(window.y) && window.y + window.height <= sizes.source_height;
 }
 
 }  // namespace
@@ -69,110 +190,86 @@ AxisWeights MakeAxisWeights(int32_t source_size, double start, double length, in
   return axis;
 }
 
-AreaScaler::AreaScaler(const Picture& source, const Window& window, int32_t target_width,
-                       int32_t target_height)
-    : source_(source),
-      rows_(MakeAxisWeights(source.height, window.y, window.height, target_height, kRowUnit)) {
-  const AxisWeights columns =
-      MakeAxisWeights(source.width, window.x, window.width, target_width, kColumnUnit);
-  for (const AxisWeights::Span& span : columns.spans)
-    pairs_ = std::max(pairs_, (span.count + 1) / 2);
-  pair_weights_.resize(size_t{kLanes} * pairs_ * target_width);
-  first_.reserve(target_width);
-  uint16_t* weight = pair_weights_.data();
+ScalePlan::ScalePlan(const Sizes& sizes) : sizes_(sizes), is_copy_(IsCopy(sizes)) {
+  if (is_copy_) return;
+  const Window& window = sizes.window;
+  rows_ =
+      MakeAxisWeights(sizes.source_height, window.y, window.height, sizes.target_height, kRowUnit);
+  FillColumns(
+      MakeAxisWeights(sizes.source_width, window.x, window.width, sizes.target_width, kColumnUnit));
+}
+
+void ScalePlan::FillColumns(const AxisWeights& columns) {
   for (const AxisWeights::Span& span : columns.spans) {
-    first_.push_back(span.first);
+    pairs_ = std::max(pairs_, (span.count + 1) / 2);
+  }
+  if (pairs_ <= kMostPairsOfVectors) pairs_ = static_cast<int32_t>(std::bit_ceil(uint32_t(pairs_)));
+  const size_t spans = columns.spans.size();
+  const size_t filled = (spans + kPixelsAtATime - 1) / kPixelsAtATime * kPixelsAtATime;
+  pair_weights_.resize(size_t{kLanes} * pairs_ * filled);
+  first_.resize(filled);
+  uint16_t* weight = pair_weights_.data();
+  for (size_t x = 0; x < spans; ++x, weight += size_t{kLanes} * pairs_) {
+    const AxisWeights::Span& span = columns.spans[x];
+    first_[x] = span.first;
     for (int32_t index = 0; index < span.count; ++index) {
       std::fill_n(weight + index * kBytesPerPixel, kBytesPerPixel,
                   columns.weights[span.offset + index]);
     }
-    weight += kLanes * pairs_;
   }
+}
+
+AreaScaler::AreaScaler(const Picture& source, std::shared_ptr<const ScalePlan> plan)
+    : source_(source), plan_(std::move(plan)) {
+  if (plan_->is_copy_) return;
   // Pairs may reach beyond the last pixel, with weights of zero.
-  summed_.resize(size_t{kBytesPerPixel} * source.width + size_t{kLanes} * pairs_);
+  summed_.resize(size_t{kBytesPerPixel} * source.width + size_t{kLanes} * plan_->pairs_);
 }
 
-void AreaScaler::SumRows(const AxisWeights::Span& span) {
-  const int32_t bytes = source_.width * kBytesPerPixel;
-  const uint8_t* const rows = source_.pixels + span.first * source_.stride;
-  const uint16_t* const weights = rows_.weights.data() + span.offset;
-  const simde__m128i zero = simde_mm_setzero_si128();
-  int32_t byte = 0;
-  for (; byte + 2 * kLanes <= bytes; byte += 2 * kLanes) {
-    simde__m128i low = zero, high = zero;
-    for (int32_t row = 0; row < span.count; ++row) {
-      const simde__m128i pixels = Load(rows + row * source_.stride + byte);
-      const simde__m128i weight = simde_mm_set1_epi16(static_cast<int16_t>(weights[row]));
-      low = simde_mm_add_epi16(low,
-                               simde_mm_mullo_epi16(simde_mm_unpacklo_epi8(pixels, zero), weight));
-      high = simde_mm_add_epi16(high,
-                                simde_mm_mullo_epi16(simde_mm_unpackhi_epi8(pixels, zero), weight));
-    }
-    auto* const sums = reinterpret_cast<simde__m128i*>(summed_.data() + byte);
-    simde_mm_storeu_si128(sums, low);
-    simde_mm_storeu_si128(sums + 1, high);
-  }
-  for (; byte < bytes; ++byte) {
-    uint32_t sum = 0;
-    for (int32_t row = 0; row < span.count; ++row) {
-      sum += rows[row * source_.stride + byte] * weights[row];
-    }
-    summed_[byte] = static_cast<uint16_t>(sum);
-  }
-}
-
-template <int kPairs>
 void AreaScaler::WeighColumns(uint8_t* target) const {
-  // In the lower pixel's lanes only, where the two pixels of a pair are added up in the end.
-  const simde__m128i half = simde_mm_srli_si128(simde_mm_set1_epi16(kRowUnit / 2), 8);
-  const uint16_t* weights = pair_weights_.data();
-  for (const int32_t first : first_) {
-    const uint16_t* const sums = summed_.data() + size_t{kBytesPerPixel} * first;
-    simde__m128i both = half;
-    for (int pair = 0; pair < kPairs; ++pair) {
-      both = simde_mm_add_epi16(
-          both, simde_mm_mulhi_epu16(Load(sums + pair * kLanes), Load(weights + pair * kLanes)));
-    }
-    weights += kPairs * kLanes;
-    const simde__m128i sum = simde_mm_add_epi16(both, simde_mm_unpackhi_epi64(both, both));
-    const simde__m128i pixel = simde_mm_srli_epi16(sum, 8);
-    const int32_t bytes = simde_mm_cvtsi128_si32(simde_mm_packus_epi16(pixel, pixel));
-    std::memcpy(target, &bytes, sizeof(bytes));
-    target += kBytesPerPixel;
+  const Columns columns{.first = plan_->first_.data(), .weights = plan_->pair_weights_.data()};
+  const int32_t width = plan_->sizes_.target_width;
+  switch (plan_->pairs_) {
+    case 1:
+      return WeighPairs<1>(columns, summed_.data(), width, target);
+    case 2:
+      return WeighPairs<2>(columns, summed_.data(), width, target);
+    case kMostPairsOfVectors:
+      return WeighPairs<kMostPairsOfVectors>(columns, summed_.data(), width, target);
+    default:
+      return WeighManyColumns(target);
   }
 }
 
 void AreaScaler::WeighManyColumns(uint8_t* target) const {
-  const uint16_t* weights = pair_weights_.data();
-  for (const int32_t first : first_) {
-    const uint16_t* const sums = summed_.data() + size_t{kBytesPerPixel} * first;
+  const uint16_t* weights = plan_->pair_weights_.data();
+  const int32_t lanes = plan_->pairs_ * kLanes;
+  for (int32_t x = 0; x < plan_->sizes_.target_width; ++x, weights += lanes) {
+    const uint16_t* const sums = summed_.data() + size_t{kBytesPerPixel} * plan_->first_[x];
     for (int byte = 0; byte < kBytesPerPixel; ++byte) {
       uint32_t sum = 1u << 23;  // half of the last place, to round
-      for (int32_t at = byte; at < pairs_ * kLanes; at += kBytesPerPixel) {
+      for (int32_t at = byte; at < lanes; at += kBytesPerPixel) {
         sum += uint32_t{sums[at]} * weights[at];
       }
-      target[byte] = static_cast<uint8_t>(sum >> 24);
+      *target++ = static_cast<uint8_t>(sum >> 24);
     }
-    weights += pairs_ * kLanes;
-    target += kBytesPerPixel;
   }
 }
 
-void AreaScaler::ScaleRow(int32_t y, uint8_t* target) {
-  SumRows(rows_.spans[y]);
-  // Each product that is cut to its upper half loses a little; few of them do not matter.
-  switch (pairs_) {
-    case 1:
-      return WeighColumns<1>(target);
-    case 2:
-      return WeighColumns<2>(target);
-    case 3:
-      return WeighColumns<3>(target);
-    case 4:
-      return WeighColumns<4>(target);
-    default:
-      return WeighManyColumns(target);
+const uint8_t* AreaScaler::Row(int32_t y, uint8_t* room) {
+  if (plan_->is_copy_) {
+    const auto left = static_cast<size_t>(plan_->sizes_.window.x);
+    const auto top = static_cast<size_t>(plan_->sizes_.window.y);
+    return source_.pixels + (top + y) * source_.stride + left * kBytesPerPixel;
   }
+  const AxisWeights::Span& span = plan_->rows_.spans[y];
+  SumRows({.first = source_.pixels + span.first * source_.stride,
+           .stride = source_.stride,
+           .count = span.count,
+           .bytes = source_.width * kBytesPerPixel},
+          plan_->rows_.weights.data() + span.offset, summed_.data());
+  WeighColumns(room);
+  return room;
 }
 
 }  // namespace deskhand::platform

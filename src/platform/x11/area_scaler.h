@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace deskhand::platform {
@@ -42,30 +43,55 @@ struct Window {
   double y = 0;
   double width = 0;
   double height = 0;
+  bool operator==(const Window&) const = default;
 };
 
-/// Scales row by row, so that the whole target never needs to be in memory.
-class AreaScaler {
+/// How a window is scaled, whatever the pixels are: the costly part of making a scaler.
+class ScalePlan {
  public:
-  AreaScaler(const Picture& source, const Window& window, int32_t target_width,
-             int32_t target_height);
+  struct Sizes {
+    int32_t source_width = 0;
+    int32_t source_height = 0;
+    Window window;
+    int32_t target_width = 0;
+    int32_t target_height = 0;
+    bool operator==(const Sizes&) const = default;
+  };
+  explicit ScalePlan(const Sizes& sizes);
 
-  /// Writes row `y` of the target, 4 bytes a pixel.
-  void ScaleRow(int32_t y, uint8_t* target);
+  const Sizes& sizes() const { return sizes_; }
 
  private:
-  void SumRows(const AxisWeights::Span& span);
-  template <int kPairs>
-  void WeighColumns(uint8_t* target) const;
-  void WeighManyColumns(uint8_t* target) const;
+  friend class AreaScaler;
 
-  const Picture source_;
-  const AxisWeights rows_;
+  void FillColumns(const AxisWeights& columns);
+
+  const Sizes sizes_;
+  const bool is_copy_;  // every target pixel is a source pixel
+  AxisWeights rows_;
   // Columns, two source pixels at a time: a target pixel starts at the source pixel `first_`, and
   // has `pairs_` pairs of weights, each weight once for every byte of its pixel.
   std::vector<int32_t> first_;
   std::vector<uint16_t> pair_weights_;
   int32_t pairs_ = 1;
+};
+
+/// Scales row by row, so that the whole target never needs to be in memory.
+class AreaScaler {
+ public:
+  /// `plan` is for a picture of the size of `source`.
+  AreaScaler(const Picture& source, std::shared_ptr<const ScalePlan> plan);
+
+  /// Row `y` of the target, 4 bytes a pixel: in `room`, or in the source where that has it as it
+  /// is.
+  const uint8_t* Row(int32_t y, uint8_t* room);
+
+ private:
+  void WeighColumns(uint8_t* target) const;
+  void WeighManyColumns(uint8_t* target) const;
+
+  const Picture source_;
+  const std::shared_ptr<const ScalePlan> plan_;
   std::vector<uint16_t>
       summed_;  // the weighted sum of a target row's source rows, and zeros behind
 };

@@ -103,7 +103,6 @@ bool Compress(jpeg_compress_struct* info, ErrorManager* errors, const Part& part
               const RowSource& rows, uint8_t* strip, Destination* destination) {
   const size_t stride = size_t{4} * part.width;
   JSAMPROW pointers[kBlockRows];
-  for (int index = 0; index < kBlockRows; ++index) pointers[index] = strip + index * stride;
   if (setjmp(errors->escape) != 0) return false;
   jpeg_create_compress(info);
   info->dest = &destination->base;
@@ -113,7 +112,9 @@ bool Compress(jpeg_compress_struct* info, ErrorManager* errors, const Part& part
     const int32_t done = info->next_scanline;
     const int32_t count = std::min(kBlockRows, part.rows - done);
     for (int32_t index = 0; index < count; ++index) {
-      rows(part.first_row + done + index, pointers[index]);
+      // The library reads them, though it does not say so.
+      pointers[index] =
+          const_cast<JSAMPROW>(rows(part.first_row + done + index, strip + index * stride));
     }
     jpeg_write_scanlines(info, pointers, count);
   }

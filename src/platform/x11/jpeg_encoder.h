@@ -22,8 +22,9 @@ struct JpegData {
 /// Whether a picture of this size can be encoded: within JPEG's range and a sensible area.
 bool IsJpegSize(int32_t width, int32_t height);
 
-/// Writes row `y` of the picture: 4 bytes a pixel, blue, green, red, and one that is ignored.
-using RowSource = std::function<void(int32_t y, uint8_t* row)>;
+/// Row `y` of the picture: 4 bytes a pixel, blue, green, red, and one that is ignored. It may be
+/// written to `room`, which is the row's own until sixteen rows later.
+using RowSource = std::function<const uint8_t*(int32_t y, uint8_t* room)>;
 
 /// A baseline JPEG with 4:2:0 chroma. It is encoded in parts, one below the other, which may be
 /// worked on at the same time; restart markers join them to one picture.

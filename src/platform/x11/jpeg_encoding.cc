@@ -2,6 +2,7 @@
 #include <chrono>
 #include <functional>
 #include <memory>
+#include <mutex>
 #include <utility>
 
 #include <glib.h>
@@ -50,16 +51,34 @@ void RunParts(int32_t count, const std::function<void(int32_t)>& part) {
   }
 }
 
+/// The plan for these sizes. The last one is kept: mostly it is the same picture again.
+std::shared_ptr<const ScalePlan> PlanFor(const ScalePlan::Sizes& sizes) {
+  static std::mutex& mutex = *new std::mutex;
+  static std::shared_ptr<const ScalePlan>& last = *new std::shared_ptr<const ScalePlan>;
+  {
+    const std::lock_guard lock(mutex);
+    if (last && last->sizes() == sizes) return last;
+  }
+  auto plan = std::make_shared<const ScalePlan>(sizes);
+  const std::lock_guard lock(mutex);
+  last = plan;
+  return plan;
+}
+
 }  // namespace
 
 std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage& image, int32_t width,
                                                int32_t height, double quality) {
   if (!IsJpegSize(width, height)) return nullptr;
   JpegParts parts(width, height, quality, kParts);
-  const AreaScaler scaler(image.picture, image.window, width, height);
-  RunParts(parts.count(), [&parts, &scaler](int32_t part) {
-    AreaScaler own = scaler;
-    parts.Encode(part, [&own](int32_t y, uint8_t* row) { own.ScaleRow(y, row); });
+  const auto plan = PlanFor({.source_width = image.picture.width,
+                             .source_height = image.picture.height,
+                             .window = image.window,
+                             .target_width = width,
+                             .target_height = height});
+  RunParts(parts.count(), [&parts, &image, &plan](int32_t part) {
+    AreaScaler scaler(image.picture, plan);
+    parts.Encode(part, [&scaler](int32_t y, uint8_t* room) { return scaler.Row(y, room); });
   });
   JpegData data = parts.Join();
   if (!data.bytes) return nullptr;
