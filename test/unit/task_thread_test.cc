@@ -3,9 +3,11 @@
 #include <atomic>
 #include <future>
 #include <memory>
+#include <thread>
 #include <vector>
 
 #include <gtest/gtest.h>
+#include <sched.h>
 
 namespace deskhand::platform {
 namespace {
@@ -69,6 +71,64 @@ TEST(TaskThread, ReleasesWhatATaskHoldsOnceItHasRun) {
   thread.Post([held = std::move(held)] {});
   WaitForAll(thread);
   EXPECT_TRUE(watch.expired());
+}
+
+cpu_set_t AllowedProcessors() {
+  cpu_set_t allowed;
+  EXPECT_EQ(sched_getaffinity(0, sizeof(allowed), &allowed), 0);
+  return allowed;
+}
+
+void StayOn(int processor) {
+  cpu_set_t only;
+  CPU_ZERO(&only);
+  CPU_SET(processor, &only);
+  sched_setaffinity(0, sizeof(only), &only);
+}
+
+TEST(TaskThread, StartsATaskBesideItsCallerOnAnotherProcessor) {
+  const cpu_set_t allowed = AllowedProcessors();
+  if (CPU_COUNT(&allowed) < 2) GTEST_SKIP() << "there is one processor only";
+  TaskThread& thread = NewThread();
+  // The system may move either thread at any time: one of these attempts sees it does not.
+  for (int attempt = 0; attempt < 100; ++attempt) {
+    const int here = sched_getcpu();
+    thread.Post([here] { StayOn(here); });
+    WaitForAll(thread);
+    std::promise<int> processor;
+    thread.PostBeside([&] { processor.set_value(sched_getcpu()); });
+    const bool has_stayed = sched_getcpu() == here;
+    if (processor.get_future().get() != here && has_stayed) return;
+  }
+  FAIL() << "it always ran where its caller did";
+}
+
+TEST(TaskThread, MayRunOnTheProcessorsOfItsCallerOnceATaskBesideItHasBegun) {
+  const cpu_set_t allowed = AllowedProcessors();
+  TaskThread& thread = NewThread();
+  std::promise<cpu_set_t> seen;
+  thread.PostBeside([&] { seen.set_value(AllowedProcessors()); });
+  const cpu_set_t own = seen.get_future().get();
+  EXPECT_TRUE(CPU_EQUAL(&own, &allowed));
+}
+
+TEST(TaskThread, LeavesTheProcessorsOfItsCallerAlone) {
+  const cpu_set_t before = AllowedProcessors();
+  TaskThread& thread = NewThread();
+  thread.PostBeside([] {});
+  WaitForAll(thread);
+  const cpu_set_t after = AllowedProcessors();
+  EXPECT_TRUE(CPU_EQUAL(&before, &after));
+}
+
+TEST(TaskThread, RunsATaskBesideACallerThatHasOneProcessorOnly) {
+  std::thread([] {
+    StayOn(sched_getcpu());
+    TaskThread& thread = NewThread();
+    std::promise<void> done;
+    thread.PostBeside([&] { done.set_value(); });
+    done.get_future().wait();
+  }).join();
 }
 
 }  // namespace

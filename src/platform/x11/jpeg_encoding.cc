@@ -44,7 +44,7 @@ struct SharedWork {
 /// the encoder thread.
 void RunParts(int32_t count, const std::function<void(int32_t)>& part) {
   const std::shared_ptr<SharedWork> work(new SharedWork{.count = count});
-  if (count > 1) EncoderThread().Post([work, &part] { work->TakeParts(part); });
+  if (count > 1) EncoderThread().PostBeside([work, &part] { work->TakeParts(part); });
   work->TakeParts(part);
   for (int32_t index = 0; index < count; ++index) {
     while (!work->finished.Wait(std::chrono::hours(1))) continue;

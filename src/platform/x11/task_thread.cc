@@ -1,14 +1,49 @@
 #include "platform/x11/task_thread.h"
 
+#include <optional>
 #include <system_error>
 #include <thread>
 
-#include <pthread.h>
+#include <sched.h>
 
 namespace deskhand::platform {
 
+namespace {
+
+/// The processors that the calling thread may run on; none when the system does not say.
+std::optional<cpu_set_t> AllowedProcessors() {
+  cpu_set_t allowed;
+  if (sched_getaffinity(0, sizeof(allowed), &allowed) != 0) return std::nullopt;
+  return allowed;
+}
+
+}  // namespace
+
 bool TaskThread::Post(std::function<void()> task) {
   const std::lock_guard lock(mutex_);
+  return Queue(std::move(task));
+}
+
+bool TaskThread::PostBeside(std::function<void()> task) {
+  // Left alone, the scheduler often wakes a thread where its waker runs, and there it waits.
+  const std::optional<cpu_set_t> allowed = AllowedProcessors();
+  const int here = sched_getcpu();
+  if (!allowed || here < 0 || !CPU_ISSET(here, &*allowed) || CPU_COUNT(&*allowed) < 2) {
+    return Post(std::move(task));
+  }
+  cpu_set_t elsewhere = *allowed;
+  CPU_CLR(here, &elsewhere);
+  const std::lock_guard lock(mutex_);
+  if (!EnsureStarted()) return false;
+  // A refusal changes nothing but the time that it takes.
+  pthread_setaffinity_np(thread_, sizeof(elsewhere), &elsewhere);
+  return Queue([task = std::move(task), allowed = *allowed] {
+    sched_setaffinity(0, sizeof(allowed), &allowed);
+    task();
+  });
+}
+
+bool TaskThread::Queue(std::function<void()> task) {
   if (!EnsureStarted()) return false;
   tasks_.push_back(std::move(task));
   changed_.notify_one();
@@ -35,7 +70,8 @@ bool TaskThread::EnsureStarted() {
   if (started_) return true;
   try {
     std::thread thread([this] { Run(); });
-    pthread_setname_np(thread.native_handle(), name_);
+    thread_ = thread.native_handle();
+    pthread_setname_np(thread_, name_);
     thread.detach();
     started_ = true;
   } catch (const std::system_error&) {

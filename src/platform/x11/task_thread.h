@@ -12,6 +12,8 @@
 #include <mutex>
 #include <utility>
 
+#include <pthread.h>
+
 namespace deskhand::platform {
 
 using Clock = std::chrono::steady_clock;
@@ -29,18 +31,24 @@ class TaskThread {
 
   /// False, and the task is dropped, when the system cannot start another thread.
   bool Post(std::function<void()> task);
+  /// The same, for a task that is to run beside what its caller does next: it is woken on another
+  /// processor than the caller's, where the process may use another. What the thread was allowed
+  /// otherwise it is allowed again as soon as it runs.
+  bool PostBeside(std::function<void()> task);
   Timer RunAt(Deadline due, std::function<void()> callback);
   /// A callback that has begun is not waited for.
   void Cancel(const Timer& timer);
 
  private:
-  bool EnsureStarted();  // with mutex_ held
+  bool Queue(std::function<void()> task);  // with mutex_ held, as the next one
+  bool EnsureStarted();
   void Run();
 
   const char* const name_;
   std::mutex mutex_;
   std::condition_variable changed_;
   bool started_ = false;
+  pthread_t thread_ = {};  // once started
   uint64_t next_timer_ = 0;
   std::deque<std::function<void()>> tasks_;
   std::map<Timer, std::function<void()>> timers_;
