@@ -1,5 +1,6 @@
 #include "platform/x11/jpeg_encoder.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <random>
@@ -131,6 +132,32 @@ TEST(JpegEncoder, PartsJoinToThePictureThatIsEncodedInOnePiece) {
     EXPECT_EQ(joined.warnings, 0);
     EXPECT_TRUE(joined.rgb == whole.rgb) << width << " x " << height;
   }
+}
+
+TEST(JpegEncoder, TakesPictureAfterPictureInTheSameMemory) {
+  JpegParts parts(500, 700, 0.8, 3);
+  ASSERT_EQ(parts.count(), 3);
+  std::mt19937 random(1);
+  const RowSource noise = [&](int32_t, uint8_t* row) -> const uint8_t* {
+    for (int32_t i = 0; i < 4 * 500; ++i) row[i] = static_cast<uint8_t>(random());
+    return row;
+  };
+  const RowSource grey = [](int32_t, uint8_t* row) -> const uint8_t* {
+    std::fill_n(row, 4 * 500, uint8_t{128});
+    return row;
+  };
+  for (int32_t part = 0; part < 3; ++part) parts.Encode(part, noise);
+  const JpegData first = parts.Join();
+  const size_t kept = parts.kept_bytes();
+  EXPECT_GE(kept, first.size);
+  for (int32_t part = 0; part < 3; ++part) parts.Encode(part, grey);
+  const JpegData second = parts.Join();
+  EXPECT_EQ(parts.kept_bytes(), kept);
+  EXPECT_LT(second.size, first.size);
+  const JpegData fresh = Encode(500, 700, 0.8, grey, 3);
+  ASSERT_EQ(second.size, fresh.size);
+  EXPECT_TRUE(std::equal(fresh.bytes.get(), fresh.bytes.get() + fresh.size, second.bytes.get()));
+  EXPECT_EQ(Decode(first).warnings, 0);  // it has memory of its own
 }
 
 TEST(JpegEncoder, HasOnePartWherePartsAreOfNoUseOrCannotBeJoined) {

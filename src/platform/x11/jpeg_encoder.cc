@@ -56,7 +56,12 @@ void Grow(j_compress_ptr info, size_t used) {
   destination->base.free_in_buffer = capacity - used;
 }
 
-void StartOutput(j_compress_ptr info) { Grow(info, 0); }
+void StartOutput(j_compress_ptr info) {
+  auto* destination = reinterpret_cast<Destination*>(info->dest);
+  if (!destination->bytes) return Grow(info, 0);
+  destination->base.next_output_byte = destination->bytes;
+  destination->base.free_in_buffer = destination->capacity;
+}
 
 boolean ExtendOutput(j_compress_ptr info) {
   // The whole buffer is in use, whatever free_in_buffer says at this moment.
@@ -122,23 +127,25 @@ bool Compress(jpeg_compress_struct* info, ErrorManager* errors, const Part& part
   return true;
 }
 
-JpegData EncodePart(const Part& part, const RowSource& rows) {
-  std::vector<uint8_t> strip(size_t{4} * part.width * kBlockRows);
+/// Leaves the part in `data`, whose memory it uses and extends; no bytes when the library gives up.
+void EncodePart(const Part& part, const RowSource& rows, std::vector<uint8_t>* strip,
+                JpegData* data) {
+  strip->resize(size_t{4} * part.width * kBlockRows);
   jpeg_compress_struct info{};
   ErrorManager errors{};
   info.err = jpeg_std_error(&errors.base);
   errors.base.error_exit = Escape;
   errors.base.output_message = Ignore;  // not on the host's standard error
-  Destination destination{};
+  Destination destination{.base = {}, .bytes = data->bytes.release(), .capacity = data->capacity};
   destination.base.init_destination = StartOutput;
   destination.base.empty_output_buffer = ExtendOutput;
   destination.base.term_destination = FinishOutput;
-  const bool done = Compress(&info, &errors, part, rows, strip.data(), &destination);
+  const bool done = Compress(&info, &errors, part, rows, strip->data(), &destination);
   jpeg_destroy_compress(&info);
-  JpegData data{.bytes = std::unique_ptr<uint8_t, JpegData::Free>(destination.bytes)};
-  if (!done) return {};
-  data.size = destination.capacity - destination.base.free_in_buffer;
-  return data;
+  data->bytes.reset(destination.bytes);
+  data->capacity = destination.capacity;
+  data->size = destination.capacity - destination.base.free_in_buffer;
+  if (!done) *data = {};
 }
 
 // Markers of ITU-T T.81, table B.1, without their first byte, 0xff.
@@ -189,31 +196,37 @@ JpegParts::JpegParts(int32_t width, int32_t height, double quality, int32_t want
 void JpegParts::Encode(int32_t part, const RowSource& rows) {
   const int32_t first = part * rows_each_;
   const bool is_whole = count() == 1;
-  parts_[part] = EncodePart(
+  EncodePart(
       {.width = width_,
        .first_row = first,
        .rows = std::min(rows_each_, height_ - first),
        .quality = quality_,
        .restart_interval = is_whole ? 0 : static_cast<unsigned>(BlocksIn(width_, rows_each_))},
-      rows);
+      rows, &parts_[part].strip, &parts_[part].data);
 }
 
-JpegData JpegParts::Join() {
+size_t JpegParts::kept_bytes() const {
+  size_t bytes = 0;
+  for (const Room& part : parts_) bytes += part.strip.capacity() + part.data.capacity;
+  return bytes;
+}
+
+JpegData JpegParts::Join() const {
   size_t size = 0;
-  for (const JpegData& part : parts_) {
-    if (!part.bytes) return {};
-    size += part.size;
+  for (const Room& part : parts_) {
+    if (!part.data.bytes) return {};
+    size += part.data.size;
   }
   if (size == 0) return {};
-  if (count() == 1) return std::move(parts_.front());
 
   // Every part has the same header, but for the height, and ends with a marker's worth of bytes
   // that a restart takes the place of.
   JpegData whole{
-      .bytes = std::unique_ptr<uint8_t, JpegData::Free>(static_cast<uint8_t*>(std::malloc(size)))};
+      .bytes = std::unique_ptr<uint8_t, JpegData::Free>(static_cast<uint8_t*>(std::malloc(size))),
+      .capacity = size};
   if (!whole.bytes) return {};
   for (int32_t index = 0; index < count(); ++index) {
-    const JpegData& part = parts_[index];
+    const JpegData& part = parts_[index].data;
     const size_t header =
         index == 0 ? 0 : WalkHeader(part.bytes.get(), [](uint8_t, const uint8_t*) {});
     uint8_t* const end = whole.bytes.get() + whole.size;

@@ -17,6 +17,7 @@ struct JpegData {
   };
   std::unique_ptr<uint8_t, Free> bytes;  // null: the encoding failed
   size_t size = 0;
+  size_t capacity = 0;  // of the memory
 };
 
 /// Whether a picture of this size can be encoded: within JPEG's range and a sensible area.
@@ -27,7 +28,8 @@ bool IsJpegSize(int32_t width, int32_t height);
 using RowSource = std::function<const uint8_t*(int32_t y, uint8_t* room)>;
 
 /// A baseline JPEG with 4:2:0 chroma. It is encoded in parts, one below the other, which may be
-/// worked on at the same time; restart markers join them to one picture.
+/// worked on at the same time; restart markers join them to one picture. The memory for that is
+/// kept for the next picture of the same form.
 class JpegParts {
  public:
   /// The size must be one that IsJpegSize accepts. `quality` is a factor in (0, 1]; NaN counts as
@@ -41,14 +43,22 @@ class JpegParts {
   void Encode(int32_t part, const RowSource& rows);
 
   /// The whole picture, once every part is encoded; no bytes when the library gave up on one.
-  JpegData Join();
+  JpegData Join() const;
+
+  /// The memory that is kept, in bytes.
+  size_t kept_bytes() const;
 
  private:
+  struct Room {
+    std::vector<uint8_t> strip;  // the rows that are at work
+    JpegData data;
+  };
+
   const int32_t width_;
   const int32_t height_;
   const int quality_;
   int32_t rows_each_;  // of every part but the last, which has what remains
-  std::vector<JpegData> parts_;
+  std::vector<Room> parts_;
 };
 
 }  // namespace deskhand::platform

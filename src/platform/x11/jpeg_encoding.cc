@@ -51,18 +51,30 @@ void RunParts(int32_t count, const std::function<void(int32_t)>& part) {
   }
 }
 
-/// The plan for these sizes. The last one is kept: mostly it is the same picture again.
-std::shared_ptr<const ScalePlan> PlanFor(const ScalePlan::Sizes& sizes) {
+/// What an encoding needs beside the pixels. Mostly the next picture needs the same.
+struct Workshop {
+  const ScalePlan::Sizes sizes;
+  const double quality;
+  const std::shared_ptr<const ScalePlan> plan = std::make_shared<const ScalePlan>(sizes);
+  JpegParts parts{sizes.target_width, sizes.target_height, quality, kParts};
+};
+
+// A picture of a large screen needs less; what a larger one needed is given back.
+constexpr size_t kMostKeptBytes = size_t{8} << 20;
+
+/// The place of the workshop that nobody is in.
+std::unique_ptr<Workshop> ExchangeKept(std::unique_ptr<Workshop> workshop) {
   static std::mutex& mutex = *new std::mutex;
-  static std::shared_ptr<const ScalePlan>& last = *new std::shared_ptr<const ScalePlan>;
-  {
-    const std::lock_guard lock(mutex);
-    if (last && last->sizes() == sizes) return last;
-  }
-  auto plan = std::make_shared<const ScalePlan>(sizes);
+  static std::unique_ptr<Workshop>& kept = *new std::unique_ptr<Workshop>;
   const std::lock_guard lock(mutex);
-  last = plan;
-  return plan;
+  kept.swap(workshop);
+  return workshop;
+}
+
+std::unique_ptr<Workshop> WorkshopFor(const ScalePlan::Sizes& sizes, double quality) {
+  std::unique_ptr<Workshop> kept = ExchangeKept(nullptr);
+  if (kept && kept->sizes == sizes && kept->quality == quality) return kept;
+  return std::unique_ptr<Workshop>(new Workshop{.sizes = sizes, .quality = quality});
 }
 
 }  // namespace
@@ -70,17 +82,19 @@ std::shared_ptr<const ScalePlan> PlanFor(const ScalePlan::Sizes& sizes) {
 std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage& image, int32_t width,
                                                int32_t height, double quality) {
   if (!IsJpegSize(width, height)) return nullptr;
-  JpegParts parts(width, height, quality, kParts);
-  const auto plan = PlanFor({.source_width = image.picture.width,
-                             .source_height = image.picture.height,
-                             .window = image.window,
-                             .target_width = width,
-                             .target_height = height});
-  RunParts(parts.count(), [&parts, &image, &plan](int32_t part) {
-    AreaScaler scaler(image.picture, plan);
+  std::unique_ptr<Workshop> workshop = WorkshopFor({.source_width = image.picture.width,
+                                                    .source_height = image.picture.height,
+                                                    .window = image.window,
+                                                    .target_width = width,
+                                                    .target_height = height},
+                                                   quality);
+  JpegParts& parts = workshop->parts;
+  RunParts(parts.count(), [&](int32_t part) {
+    AreaScaler scaler(image.picture, workshop->plan);
     parts.Encode(part, [&scaler](int32_t y, uint8_t* room) { return scaler.Row(y, room); });
   });
   JpegData data = parts.Join();
+  if (parts.kept_bytes() <= kMostKeptBytes) ExchangeKept(std::move(workshop));
   if (!data.bytes) return nullptr;
   return std::make_shared<const EncodedImage>(EncodedImage{std::move(data)});
 }
@@ -88,9 +102,14 @@ std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage& image, int32
 size_t SizeInBytes(const EncodedImage& encoded) { return encoded.data.size; }
 
 std::string Base64(const EncodedImage& encoded) {
-  const std::unique_ptr<gchar, decltype(&g_free)> text(
-      g_base64_encode(encoded.data.bytes.get(), encoded.data.size), g_free);
-  return text.get();
+  // Straight into the text: GLib's shorter way would make it twice.
+  std::string text((encoded.data.size / 3 + 1) * 4 + 4, 0);
+  gint state = 0, bits = 0;
+  gsize length = g_base64_encode_step(encoded.data.bytes.get(), encoded.data.size,
+                                      /*break_lines=*/FALSE, text.data(), &state, &bits);
+  length += g_base64_encode_close(FALSE, text.data() + length, &state, &bits);
+  text.resize(length);
+  return text;
 }
 
 }  // namespace deskhand::platform
