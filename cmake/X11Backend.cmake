@@ -9,6 +9,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/area_scaler.cc
     src/platform/x11/call_scope.cc
     src/platform/x11/connect.cc
+    src/platform/x11/desktop_entries.cc
     src/platform/x11/displays.cc
     src/platform/x11/grab.cc
     src/platform/x11/jpeg_encoder.cc
