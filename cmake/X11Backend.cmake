@@ -18,6 +18,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/monitors.cc
     src/platform/x11/pixel_format.cc
     src/platform/x11/pointer.cc
+    src/platform/x11/processes.cc
     src/platform/x11/screen_capture.cc
     src/platform/x11/session.cc
     src/platform/x11/shared_memory.cc
