@@ -5,6 +5,7 @@ pkg_check_modules(X11_BACKEND REQUIRED IMPORTED_TARGET xcb xcb-randr xcb-shm xcb
 
 add_library(deskhand_platform OBJECT
     src/platform/x11/active_window.cc
+    src/platform/x11/application_identity.cc
     src/platform/x11/applications.cc
     src/platform/x11/area_scaler.cc
     src/platform/x11/call_scope.cc
