@@ -4,7 +4,7 @@ import { existsSync } from 'node:fs';
 import os from 'node:os';
 import { parseArgs } from 'node:util';
 
-import { peers } from './contestants.mjs';
+import { noPicture, peers } from './contestants.mjs';
 import { logos, usualWithLogos, withDesktop } from './desktops.mjs';
 import { breathe, startContestant } from './players.mjs';
 import { runRounds } from './rounds.mjs';
@@ -119,16 +119,25 @@ async function measureFirst() {
   });
 }
 
+/** By how many MB the memory of `name`'s process grows in each of two series of promises. */
+async function growthOf(name, size, count) {
+  const host = await startContestant(name, size);
+  const grown = [];
+  for (let series = 0; series < 2; ++series) grown.push((await host.growth(count)) / 1e6);
+  await host.end();
+  return grown;
+}
+
 async function measureMemory({ captures }) {
   await withDesktop({}, async (size) => {
-    const host = await startContestant('deskhand', size);
-    const grown = (await host.growth(captures)) / 1e6;
-    const further = (await host.growth(captures)) / 1e6;
-    await host.end();
+    const [grown, further] = await growthOf('deskhand', size, captures);
+    const [own, ownFurther] = await growthOf(noPicture, size, captures);
     console.log('\n### Memory, 1920 × 1080\n');
     printLimit(`Resident memory grown over ${captures} captures`, grown, 5, 'MB');
     // A leak goes on; memory that allocators and the collector keep for themselves does not.
     console.log(`- Over ${captures} more: ${number(further)} MB`);
+    const both = `${number(own)} MB and ${number(ownFurther)} MB`;
+    console.log(`- Node.js alone, as many promises of text, no picture: ${both}`);
   });
 }
 

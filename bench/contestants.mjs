@@ -2,6 +2,7 @@
 // the wanted size, as base64. What only delivers pixels or another format is finished by sharp, as its
 // users do. A function here loads the contestant and returns the function that takes one picture.
 import { execFile } from 'node:child_process';
+import { randomBytes } from 'node:crypto';
 import { existsSync, mkdtempSync, rmSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { tmpdir } from 'node:os';
@@ -47,6 +48,15 @@ function loadDeskhand(excluded) {
   // A host looks at the displays first; what that leaves to the first capture is measured as such.
   deskhand.listDisplays();
   return async () => (await deskhand.captureDisplay(excluded)).base64;
+}
+
+/**
+ * No picture, but promises of text as long as one, made beside the JavaScript thread as pictures are:
+ * what remains in memory after many of them is Node.js's own.
+ */
+function loadNoPicture() {
+  const takeBytes = promisify(randomBytes);
+  return async () => (await takeBytes(77_000)).toString('base64');
 }
 
 // Grabs: functions that return { pixels, width, height, red }.
@@ -107,8 +117,11 @@ function loadScrot(size) {
   };
 }
 
+export const noPicture = 'no picture';
+
 export const contestants = {
   deskhand: () => loadDeskhand([]),
+  [noPicture]: loadNoPicture,
   'deskhand, one application left out': () => loadDeskhand(['XLogo']),
   'robotjs + sharp': (size) => withSharp(loadRobotjs(), size),
   'robotjs, raw grab alone': (size) => alone(loadRobotjs(), size),
@@ -130,7 +143,9 @@ export const contestants = {
   },
 };
 
-export const peers = Object.keys(contestants).filter((name) => !name.startsWith('deskhand'));
+export const peers = Object.keys(contestants).filter(
+  (name) => name !== noPicture && !name.startsWith('deskhand'),
+);
 
 /** Their pictures do not show what the others' show. */
 export const showsLess = (name) => name === 'deskhand, one application left out';
