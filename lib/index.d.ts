@@ -66,8 +66,11 @@ export interface DisplayCapture extends RegionCapture {
  * permission.
  *
  * @param excludeBundleIds Bundle identifiers of applications to leave out, compared exactly. Elements
- *   that are not strings are skipped; identifiers of applications that do not run have no effect. On
- *   X11, for now, the promise is rejected when one of them has a window on the screen.
+ *   that are not strings are skipped; identifiers of applications that do not run have no effect. All
+ *   windows of these applications are absent, and what lies behind them shows. On X11 the identifier is
+ *   that of the desktop entry, else the class of the windows; the first picture that leaves something
+ *   out may take a quarter of a second longer, while programs paint what was covered; and the promise is
+ *   rejected when something cannot be left out for certain.
  * @param quality JPEG quality factor, above 0 and at most 1. Anything else, except NaN, counts as 0.75.
  * @param displayId Display identifier; 0 or absent: the main display. When no display has it, the
  *   first one that the system reports is captured.

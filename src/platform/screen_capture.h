@@ -31,7 +31,7 @@ using ShareableContentRef = std::shared_ptr<const ShareableContent>;
 std::vector<ShareableDisplay> Displays(const ShareableContent& content);
 
 /// The bundle identifiers of the applications in the platform's order; none for an application
-/// without one.
+/// without one. Empty where excluded_bundle_ids (below) alone decides.
 std::vector<std::optional<std::string>> ApplicationBundleIds(const ShareableContent& content);
 
 /// `content` is null when there is none; `error` is the platform's description when it gave one.

@@ -17,56 +17,37 @@ namespace {
 
 constexpr uint32_t kAllPlanes = ~0u;
 
-/// The pixels as the server delivered them.
-struct RawImage {
-  uint8_t* pixels = nullptr;
-  std::shared_ptr<void> memory;
-  XError error;
-};
-
-/// Sees to it that the connection has a block of so many bytes. It is kept from one picture to the
-/// next, and only ever replaced by a larger one.
-void ReserveMemory(Link* link, size_t bytes) {
-  if (link->memory && link->memory->size() >= bytes) return;
-  if (link->memory) xcb_shm_detach(link->connection, link->memory->segment());
-  link->memory = SharedMemory::Create(link->connection, bytes);
-  // The server cannot reach our memory, and will not learn to.
-  if (!link->memory) link->has_shared_memory = false;
-}
-
-RawImage FetchShared(const Session& session, const PixelRect& area, size_t bytes) {
+/// The server writes the pixels into memory that it shares with us.
+RawImage FetchShared(const Session& session, xcb_drawable_t drawable, const PixelRect& area,
+                     size_t bytes, XError* error) {
   Link& link = session.link();
-  ReserveMemory(&link, bytes);
-  if (!link.memory) return {};
-  RawImage image;
-  const auto reply = Await(link.connection, xcb_shm_get_image_reply,
-                           xcb_shm_get_image(link.connection, session.screen().root, area.x, area.y,
-                                             area.width, area.height, kAllPlanes,
-                                             XCB_IMAGE_FORMAT_Z_PIXMAP, link.memory->segment(), 0),
-                           &image.error);
-  if (!reply) return image;
-  image.pixels = link.memory->data();
-  image.memory = link.memory;
-  return image;
+  const auto memory = ReserveMemory(&link, bytes);
+  if (!memory) return {};
+  const auto reply =
+      Await(link.connection, xcb_shm_get_image_reply,
+            xcb_shm_get_image(link.connection, drawable, area.x, area.y, area.width, area.height,
+                              kAllPlanes, XCB_IMAGE_FORMAT_Z_PIXMAP, memory->segment(), 0),
+            error);
+  if (!reply) return {};
+  return {.pixels = memory->data(), .memory = memory};
 }
 
-RawImage FetchPlain(const Session& session, const PixelRect& area, size_t bytes) {
-  RawImage image;
+RawImage FetchPlain(const Session& session, xcb_drawable_t drawable, const PixelRect& area,
+                    size_t bytes, XError* error) {
   std::shared_ptr<xcb_get_image_reply_t> reply =
       Await(session.connection(), xcb_get_image_reply,
-            xcb_get_image(session.connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, session.screen().root,
-                          area.x, area.y, area.width, area.height, kAllPlanes),
-            &image.error);
-  if (!reply || size_t(xcb_get_image_data_length(reply.get())) < bytes) return image;
-  image.pixels = xcb_get_image_data(reply.get());
-  image.memory = std::move(reply);
-  return image;
+            xcb_get_image(session.connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, drawable, area.x, area.y,
+                          area.width, area.height, kAllPlanes),
+            error);
+  if (!reply || size_t(xcb_get_image_data_length(reply.get())) < bytes) return {};
+  uint8_t* const pixels = xcb_get_image_data(reply.get());
+  return {.pixels = pixels, .memory = std::move(reply)};
 }
 
-std::string Explain(const Session& session, const RawImage& image) {
+std::string Explain(const Session& session, const XError& error) {
   std::string lost = session.error();
   if (!lost.empty()) return lost;
-  const std::string code = image.error ? std::to_string(image.error->error_code) : "unknown";
+  const std::string code = error ? std::to_string(error->error_code) : "unknown";
   return "the X server refused the picture (error " + code + ")";
 }
 
@@ -78,15 +59,36 @@ RawImage Convert(const PixelFormat& format, const RawImage& raw, const PixelRect
     ConvertRow(format, raw.pixels + y * format.StrideFor(area.width),
                converted->data() + y * stride, area.width);
   }
-  RawImage image;
-  image.pixels = converted->data();
-  image.memory = std::move(converted);
-  return image;
+  uint8_t* const pixels = converted->data();
+  return {.pixels = pixels, .memory = std::move(converted)};
 }
 
 }  // namespace
 
-Grab GrabScreen(const Session& session, const PixelRect& wanted, bool with_pointer) {
+std::shared_ptr<SharedMemory> ReserveMemory(Link* link, size_t bytes) {
+  if (!link->has_shared_memory) return nullptr;
+  if (link->memory && link->memory->size() >= bytes) return link->memory;
+  if (link->memory) xcb_shm_detach(link->connection, link->memory->segment());
+  link->memory = SharedMemory::Create(link->connection, bytes);
+  // The server cannot reach our memory, and will not learn to.
+  if (!link->memory) link->has_shared_memory = false;
+  return link->memory;
+}
+
+RawImage FetchPixels(const Session& session, xcb_drawable_t drawable, const PixelRect& area,
+                     const PixelFormat& format) {
+  const size_t bytes = format.StrideFor(area.width) * area.height;
+  XError error;
+  RawImage image = FetchShared(session, drawable, area, bytes, &error);
+  if (!image.pixels && session.error().empty()) {
+    image = FetchPlain(session, drawable, area, bytes, &error);
+  }
+  if (!image.pixels) image.error = Explain(session, error);
+  return image;
+}
+
+Grab GrabFrom(const PixelSource& source, const Session& session, const PixelRect& wanted,
+              bool with_pointer) {
   Grab grab;
   xcb_connection_t* connection = session.connection();
   std::optional<xcb_xfixes_get_cursor_image_cookie_t> pointer_cookie;
@@ -108,12 +110,9 @@ Grab GrabScreen(const Session& session, const PixelRect& wanted, bool with_point
   const auto format = FormatOfRoot(connection, session.screen(), &grab.error);
   if (!format) return grab;
 
-  const size_t bytes = format->StrideFor(grab.area.width) * grab.area.height;
-  RawImage raw;
-  if (session.link().has_shared_memory) raw = FetchShared(session, grab.area, bytes);
-  if (!raw.pixels && session.error().empty()) raw = FetchPlain(session, grab.area, bytes);
+  RawImage raw = source(grab.area, *format);
   if (!raw.pixels) {
-    grab.error = Explain(session, raw);
+    grab.error = std::move(raw.error);
     return grab;
   }
   size_t stride = format->StrideFor(grab.area.width);
@@ -125,6 +124,14 @@ Grab GrabScreen(const Session& session, const PixelRect& wanted, bool with_point
   grab.picture = {raw.pixels, stride, grab.area.width, grab.area.height};
   grab.memory = std::move(raw.memory);
   return grab;
+}
+
+Grab GrabScreen(const Session& session, const PixelRect& wanted, bool with_pointer) {
+  return GrabFrom(
+      [&session](const PixelRect& area, const PixelFormat& format) {
+        return FetchPixels(session, session.screen().root, area, format);
+      },
+      session, wanted, with_pointer);
 }
 
 }  // namespace deskhand::platform

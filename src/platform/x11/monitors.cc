@@ -47,14 +47,6 @@ std::optional<std::vector<std::string>> AtomNames(xcb_connection_t* connection,
 
 }  // namespace
 
-PixelRect Intersect(const PixelRect& a, const PixelRect& b) {
-  const int32_t left = std::max(a.x, b.x);
-  const int32_t top = std::max(a.y, b.y);
-  const int32_t right = std::min(a.x + a.width, b.x + b.width);
-  const int32_t bottom = std::min(a.y + a.height, b.y + b.height);
-  return {left, top, std::max(0, right - left), std::max(0, bottom - top)};
-}
-
 std::vector<uint32_t> MonitorIds(const std::vector<std::string>& names) {
   std::vector<uint32_t> ids;
   for (const std::string& name : names) {

@@ -7,21 +7,10 @@
 #include <string>
 #include <vector>
 
+#include "platform/x11/pixel_rect.h"
 #include "platform/x11/session.h"
 
 namespace deskhand::platform {
-
-/// A rectangle of whole pixels. Wide enough for any arithmetic on the protocol's 16-bit values.
-struct PixelRect {
-  int32_t x = 0;
-  int32_t y = 0;
-  int32_t width = 0;
-  int32_t height = 0;
-  bool empty() const { return width <= 0 || height <= 0; }
-  bool operator==(const PixelRect&) const = default;
-};
-
-PixelRect Intersect(const PixelRect& a, const PixelRect& b);
 
 struct Monitor {
   uint32_t id = 0;  // never 0

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "platform/call_scope.h"
-#include "platform/x11/applications.h"
 #include "platform/x11/call_snapshot.h"
 #include "platform/x11/captured_image.h"
+#include "platform/x11/exclusion.h"
 #include "platform/x11/grab.h"
 #include "platform/x11/monitors.h"
 #include "platform/x11/session.h"
@@ -74,42 +74,6 @@ bool IsUsable(const Rect& source) {
   return source.width > 0 && source.height > 0;
 }
 
-/// Why the picture cannot be taken: an application to leave out is on the screen. Leaving windows
-/// out is not done yet, and showing them is not an option.
-std::optional<std::string> FindExcluded(const Session& session,
-                                        const std::vector<NamedApplication>& excluded) {
-  const ShownWindows shown = QueryShownWindows(session);
-  for (const ShownWindow& window : shown.windows) {
-    for (const NamedApplication& application : excluded) {
-      if (application.MayOwn(window)) {
-        return "'" + application.bundle_id() +
-               "' is on the screen and cannot be left out of the picture";
-      }
-    }
-  }
-  if (shown.is_complete) return std::nullopt;
-  // What is not known may be what is to be left out.
-  const std::string lost = session.error();
-  return lost.empty() ? "the X server refused to describe its windows" : lost;
-}
-
-/// The picture of `area`, taken while no window can appear that is to be left out.
-Grab GrabWithout(const std::vector<std::string>& bundle_ids, const Session& session,
-                 const PixelRect& area, bool with_pointer) {
-  if (bundle_ids.empty()) return GrabScreen(session, area, with_pointer);
-  const std::vector<NamedApplication> excluded(bundle_ids.begin(), bundle_ids.end());
-  xcb_grab_server(session.connection());
-  Grab grab;
-  if (const auto reason = FindExcluded(session, excluded)) {
-    grab.error = *reason;
-  } else {
-    grab = GrabScreen(session, area, with_pointer);
-  }
-  xcb_ungrab_server(session.connection());
-  xcb_flush(session.connection());
-  return grab;
-}
-
 struct TakenImage {
   CapturedImage image;
   std::string error;
@@ -129,7 +93,7 @@ TakenImage TakeImage(const CaptureFilter& filter, const CaptureConfiguration& co
     taken.error = "the region has no area";
     return taken;
   }
-  const Session session(CaptureChannel(), content.deadline);
+  Session session(CaptureChannel(), content.deadline);
   if (!session) {
     taken.error = session.error();
     return taken;
@@ -163,15 +127,9 @@ std::vector<ShareableDisplay> Displays(const ShareableContent& content) {
   return displays;
 }
 
-std::vector<std::optional<std::string>> ApplicationBundleIds(const ShareableContent& content) {
-  std::vector<std::optional<std::string>> bundle_ids;
-  if (content.failure) return bundle_ids;  // there is nobody to ask, and no time to lose
-  const Session session(CaptureChannel(), content.deadline);
-  if (!session) return bundle_ids;
-  for (const ShownWindow& window : QueryShownWindows(session).windows) {
-    bundle_ids.push_back(BundleIdOf(window));
-  }
-  return bundle_ids;
+std::vector<std::optional<std::string>> ApplicationBundleIds(const ShareableContent&) {
+  // Windows are looked at in the moment of the picture; any list made before it may be wrong then.
+  return {};
 }
 
 void GetShareableContent(ContentHandler handler) {

@@ -10,8 +10,10 @@
 #include <xcb/shm.h>
 #include <xcb/xfixes.h>
 
+#include "platform/x11/composition.h"
 #include "platform/x11/connect.h"
 #include "platform/x11/reply.h"
+#include "platform/x11/window_watch.h"
 
 namespace deskhand::platform {
 namespace {
@@ -53,11 +55,6 @@ bool IsHungUp(xcb_connection_t* connection) {
   return poll(&socket, 1, 0) > 0;
 }
 
-/// Events that every client gets unasked (keyboard mappings, for one) would pile up.
-void DropEvents(xcb_connection_t* connection) {
-  while (xcb_generic_event_t* event = xcb_poll_for_event(connection)) std::free(event);
-}
-
 /// Guards every channel's link pointer, so that one channel can ask for the other's display.
 std::mutex& Registry() {
   static std::mutex& mutex = *new std::mutex;
@@ -84,8 +81,8 @@ void Replace(Channel& channel, std::shared_ptr<Link> link) {
 
 }  // namespace
 
-Link::Link(xcb_connection_t* opened, int screen_number, std::string display_name)
-    : connection(opened), display(std::move(display_name)) {
+Link::Link(xcb_connection_t* opened, int preferred_screen, std::string display_name)
+    : connection(opened), display(std::move(display_name)), screen_number(preferred_screen) {
   screen = ScreenByNumber(connection, screen_number);
   for (xcb_extension_t* extension : {&xcb_randr_id, &xcb_xfixes_id, &xcb_shm_id}) {
     xcb_prefetch_extension_data(connection, extension);
@@ -106,6 +103,19 @@ Link::Link(xcb_connection_t* opened, int screen_number, std::string display_name
 
 Link::~Link() { xcb_disconnect(connection); }
 
+void TakeEvents(Link& link) {
+  for (;;) {
+    const Reply<xcb_generic_event_t> event(xcb_poll_for_event(link.connection));
+    if (!event) return;
+    if (event->response_type == 0) {
+      ++link.error_count;
+    } else {
+      if (link.window_watch) link.window_watch->Handle(*event);
+      if (link.composition) link.composition->Handle(*event);
+    }
+  }
+}
+
 // Never destroyed: the capture thread outlives static destruction.
 Channel& QueryChannel() {
   static Channel& channel = *new Channel;
@@ -124,7 +134,7 @@ Session::Session(Channel& channel, Deadline deadline)
     return;
   }
   if (channel_.link) {
-    DropEvents(channel_.link->connection);
+    TakeEvents(*channel_.link);
     if (IsHungUp(channel_.link->connection)) Replace(channel_, nullptr);
   }
   if (!channel_.link) OpenLink(deadline);
@@ -174,7 +184,9 @@ void Session::OpenLink(Deadline deadline) {
 Session::~Session() {
   bound_.reset();
   // A broken connection is of no use to the next session; what it held is freed now.
-  if (link_ && xcb_connection_has_error(link_->connection)) Replace(channel_, nullptr);
+  if (link_ && (is_abandoned_ || xcb_connection_has_error(link_->connection))) {
+    Replace(channel_, nullptr);
+  }
   link_ = nullptr;
   if (!has_turn_) return;
   const std::lock_guard lock(channel_.mutex);

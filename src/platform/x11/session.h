@@ -17,6 +17,9 @@
 
 namespace deskhand::platform {
 
+class Composition;
+class WindowWatch;
+
 /// One connection, its screen and what the server can do.
 struct Link {
   Link(xcb_connection_t* connection, int screen_number, std::string display);
@@ -27,12 +30,20 @@ struct Link {
   xcb_connection_t* const connection;
   const std::string display;
   const xcb_screen_t* screen = nullptr;
+  const int screen_number;
   bool is_usable = false;                // it told all of the following
   bool has_monitors = false;             // RandR 1.5
   bool has_cursor_images = false;        // XFixes 1
   bool has_shared_memory = false;        // MIT-SHM 1.2, which passes memory as a file descriptor
   std::shared_ptr<SharedMemory> memory;  // for pictures, made when first needed
+  std::unique_ptr<WindowWatch> window_watch;  // since windows were first to be left out
+  std::unique_ptr<Composition> composition;   // since one was
+  uint64_t error_count = 0;                   // errors of requests that have no reply
 };
+
+/// Takes the events that have come, and counts errors. Those of no use are dropped: every client
+/// gets some unasked (keyboard mappings, for one), and they would pile up.
+void TakeEvents(Link& link);
 
 /// The place of one long-lived connection. Sessions on a channel take turns.
 struct Channel {
@@ -65,6 +76,11 @@ class Session {
   std::string error() const;
 
   Link& link() const { return *link_; }
+
+  /// Gives the connection up at the end of the session, and with it all that the server keeps or
+  /// sends on its account.
+  void Abandon() { is_abandoned_ = true; }
+
   xcb_connection_t* connection() const { return link_->connection; }
   const xcb_screen_t& screen() const { return *link_->screen; }
 
@@ -77,6 +93,7 @@ class Session {
   std::shared_ptr<Link> link_;
   std::optional<SocketDeadline> bound_;
   std::string error_;
+  bool is_abandoned_ = false;
 };
 
 }  // namespace deskhand::platform

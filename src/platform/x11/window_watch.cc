@@ -1,0 +1,149 @@
+#include "platform/x11/window_watch.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "platform/x11/property.h"
+#include "platform/x11/reply.h"
+
+namespace deskhand::platform {
+
+std::unique_ptr<WindowWatch> WindowWatch::Start(const Session& session) {
+  xcb_connection_t* const connection = session.connection();
+  const auto support = QueryWindowSupport(connection, session.link().screen_number);
+  if (!support) return nullptr;
+  const uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
+  xcb_change_window_attributes(connection, session.screen().root, XCB_CW_EVENT_MASK, &events);
+  return std::unique_ptr<WindowWatch>(new WindowWatch(session, *support));
+}
+
+WindowWatch::WindowWatch(const Session& session, const WindowSupport& support)
+    : root_(session.screen().root), support_(support), last_used_(Clock::now()) {}
+
+WindowTree WindowWatch::Query(const Session& session) {
+  last_used_ = Clock::now();
+  xcb_connection_t* const connection = session.connection();
+  const auto tree_cookie = xcb_query_tree(connection, root_);
+  const auto check_cookie = xcb_get_property(
+      connection, false, root_, support_.atoms.net_supporting_wm_check, XCB_ATOM_WINDOW, 0, 1);
+  const auto compositor_cookie = xcb_get_selection_owner(connection, support_.atoms.compositor);
+  const auto root = Await(connection, xcb_query_tree_reply, tree_cookie);
+  const auto check = Await(connection, xcb_get_property_reply, check_cookie);
+  const auto compositor = Await(connection, xcb_get_selection_owner_reply, compositor_cookie);
+  WindowTree tree;
+  tree.is_complete = root && check && compositor;
+  if (!tree.is_complete) return tree;
+  TakeEvents(session.link());  // what happened before these answers
+  tree.is_composited = compositor->owner != XCB_NONE;
+  const xcb_window_t* const children = xcb_query_tree_children(root.get());
+  const std::vector<xcb_window_t> tops(children,
+                                       children + xcb_query_tree_children_length(root.get()));
+  for (auto entry = entries_.begin(); entry != entries_.end();) {
+    const bool is_gone = std::find(tops.begin(), tops.end(), entry->first) == tops.end();
+    if (is_gone) Forget(entry->first);
+    entry = is_gone ? entries_.erase(entry) : std::next(entry);
+  }
+  for (const xcb_window_t top : tops) entries_.try_emplace(top);
+  manager_ = ClientOf(connection, ReadCard32(*check).value_or(XCB_NONE));
+  tree.is_complete = Renew(session);
+  if (!tree.is_complete) return tree;
+  for (const xcb_window_t top : tops) {
+    const Subtree& subtree = *entries_.at(top);
+    for (const ApplicationWindow& window : subtree.applications) {
+      tree.applications.push_back(window);
+      tree.applications.back().top = tree.tops.size();
+    }
+    tree.tops.push_back(subtree.window);
+  }
+  return tree;
+}
+
+bool WindowWatch::Renew(const Session& session) {
+  std::vector<xcb_window_t> wanted;
+  for (const auto& [top, subtree] : entries_) {
+    if (!subtree) wanted.push_back(top);
+  }
+  has_news_ = !wanted.empty();
+  bool is_complete = true;
+  for (Subtree& subtree : QuerySubtrees(session, support_, manager_, wanted)) {
+    is_complete &= subtree.is_complete;
+    if (!subtree.is_complete) continue;
+    for (const xcb_window_t node : subtree.nodes) top_of_[node] = subtree.window.id;
+    entries_[subtree.window.id] = std::move(subtree);
+  }
+  return is_complete;
+}
+
+void WindowWatch::Forget(xcb_window_t node) {
+  const auto top = top_of_.find(node);
+  const auto entry = entries_.find(top == top_of_.end() ? node : top->second);
+  if (entry == entries_.end() || !entry->second) return;
+  for (const xcb_window_t known : entry->second->nodes) top_of_.erase(known);
+  entry->second.reset();
+}
+
+void WindowWatch::OnConfigured(const xcb_configure_notify_event_t& event) {
+  const auto entry = entries_.find(event.window);
+  if (entry == entries_.end() || !entry->second) return;
+  TopWindow& top = entry->second->window;
+  const PixelRect bounds{event.x, event.y, event.width + 2 * event.border_width,
+                         event.height + 2 * event.border_width};
+  if (bounds.width != top.bounds.width || bounds.height != top.bounds.height ||
+      event.border_width != top.border_px) {
+    Forget(event.window);
+    return;
+  }
+  for (ApplicationWindow& window : entry->second->applications) {
+    window.bounds.x += bounds.x - top.bounds.x;
+    window.bounds.y += bounds.y - top.bounds.y;
+  }
+  top.bounds = bounds;
+}
+
+bool WindowWatch::Matters(xcb_atom_t property) const {
+  const WindowAtoms& atoms = support_.atoms;
+  const auto all = {xcb_atom_t{XCB_ATOM_WM_CLASS},
+                    xcb_atom_t{XCB_ATOM_WM_CLIENT_MACHINE},
+                    xcb_atom_t{XCB_ATOM_WM_TRANSIENT_FOR},
+                    atoms.gtk_application_id,
+                    atoms.net_wm_pid,
+                    atoms.net_wm_window_opacity,
+                    atoms.wm_state};
+  return std::find(all.begin(), all.end(), property) != all.end();
+}
+
+void WindowWatch::Handle(const xcb_generic_event_t& event) {
+  switch (event.response_type & 0x7f) {
+    case XCB_PROPERTY_NOTIFY: {
+      const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+      if (Matters(notify.atom)) Forget(notify.window);
+      break;
+    }
+    case XCB_CONFIGURE_NOTIFY: {
+      const auto& notify = reinterpret_cast<const xcb_configure_notify_event_t&>(event);
+      if (notify.event == root_) {
+        OnConfigured(notify);
+      } else {
+        Forget(notify.event);
+      }
+      break;
+    }
+    case XCB_CREATE_NOTIFY:
+    case XCB_DESTROY_NOTIFY:
+    case XCB_MAP_NOTIFY:
+    case XCB_UNMAP_NOTIFY:
+    case XCB_REPARENT_NOTIFY:
+    case XCB_GRAVITY_NOTIFY: {
+      // In all of these the parent comes first, and the window that something happened to next.
+      const auto& notify = reinterpret_cast<const xcb_map_notify_event_t&>(event);
+      Forget(notify.event == root_ ? notify.window : notify.event);
+      break;
+    }
+    default:
+      break;
+  }
+}
+
+}  // namespace deskhand::platform
