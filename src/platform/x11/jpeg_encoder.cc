@@ -206,37 +206,40 @@ void JpegParts::Encode(int32_t part, const RowSource& rows) {
 }
 
 size_t JpegParts::kept_bytes() const {
-  size_t bytes = 0;
+  size_t bytes = whole_.capacity;
   for (const Room& part : parts_) bytes += part.strip.capacity() + part.data.capacity;
   return bytes;
 }
 
-JpegData JpegParts::Join() const {
+const JpegData& JpegParts::Join() {
   size_t size = 0;
+  bool is_complete = true;
   for (const Room& part : parts_) {
-    if (!part.data.bytes) return {};
     size += part.data.size;
+    if (!part.data.bytes) is_complete = false;
   }
-  if (size == 0) return {};
+  if (!is_complete || size > whole_.capacity) whole_ = {};
+  if (!is_complete) return whole_;
+  if (!whole_.bytes) {
+    whole_.bytes.reset(static_cast<uint8_t*>(std::malloc(size)));
+    if (!whole_.bytes) return whole_;
+    whole_.capacity = size;
+  }
 
   // Every part has the same header, but for the height, and ends with a marker's worth of bytes
   // that a restart takes the place of.
-  JpegData whole{
-      .bytes = std::unique_ptr<uint8_t, JpegData::Free>(static_cast<uint8_t*>(std::malloc(size))),
-      .capacity = size};
-  if (!whole.bytes) return {};
+  whole_.size = 0;
   for (int32_t index = 0; index < count(); ++index) {
     const JpegData& part = parts_[index].data;
     const size_t header =
         index == 0 ? 0 : WalkHeader(part.bytes.get(), [](uint8_t, const uint8_t*) {});
-    uint8_t* const end = whole.bytes.get() + whole.size;
-    std::memcpy(end, part.bytes.get() + header, part.size - header);
-    whole.size += part.size - header;
+    std::memcpy(whole_.bytes.get() + whole_.size, part.bytes.get() + header, part.size - header);
+    whole_.size += part.size - header;
     if (index + 1 == count()) break;
-    whole.bytes.get()[whole.size - 1] = kFirstRestart + index % 8;
+    whole_.bytes.get()[whole_.size - 1] = kFirstRestart + index % 8;
   }
-  WriteHeight(whole.bytes.get(), height_);
-  return whole;
+  WriteHeight(whole_.bytes.get(), height_);
+  return whole_;
 }
 
 }  // namespace deskhand::platform

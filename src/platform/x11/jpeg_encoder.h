@@ -42,8 +42,9 @@ class JpegParts {
   /// grow with the picture.
   void Encode(int32_t part, const RowSource& rows);
 
-  /// The whole picture, once every part is encoded; no bytes when the library gave up on one.
-  JpegData Join() const;
+  /// The whole picture, once every part is encoded; no bytes when the library gave up on one. It
+  /// stays until the next one.
+  const JpegData& Join();
 
   /// The memory that is kept, in bytes.
   size_t kept_bytes() const;
@@ -59,6 +60,7 @@ class JpegParts {
   const int quality_;
   int32_t rows_each_;  // of every part but the last, which has what remains
   std::vector<Room> parts_;
+  JpegData whole_;
 };
 
 }  // namespace deskhand::platform

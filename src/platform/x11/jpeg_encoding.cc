@@ -16,10 +16,6 @@
 
 namespace deskhand::platform {
 
-struct EncodedImage {
-  JpegData data;
-};
-
 namespace {
 
 // More parts than threads: whoever is late finds less left to do.
@@ -79,6 +75,18 @@ std::unique_ptr<Workshop> WorkshopFor(const ScalePlan::Sizes& sizes, double qual
 
 }  // namespace
 
+/// The picture lies in the workshop, which is free again when the picture is not needed any more.
+/// Nothing large is freed but the text: that happens on the JavaScript thread, and whoever frees
+/// the most returns memory to the system, which takes time.
+struct EncodedImage {
+  std::unique_ptr<Workshop> workshop;
+  const JpegData& data;
+
+  ~EncodedImage() {
+    if (workshop->parts.kept_bytes() <= kMostKeptBytes) ExchangeKept(std::move(workshop));
+  }
+};
+
 std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage& image, int32_t width,
                                                int32_t height, double quality) {
   if (!IsJpegSize(width, height)) return nullptr;
@@ -93,10 +101,10 @@ std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage& image, int32
     AreaScaler scaler(image.picture, workshop->plan);
     parts.Encode(part, [&scaler](int32_t y, uint8_t* room) { return scaler.Row(y, room); });
   });
-  JpegData data = parts.Join();
-  if (parts.kept_bytes() <= kMostKeptBytes) ExchangeKept(std::move(workshop));
+  const JpegData& data = parts.Join();
   if (!data.bytes) return nullptr;
-  return std::make_shared<const EncodedImage>(EncodedImage{std::move(data)});
+  return std::shared_ptr<const EncodedImage>(
+      new EncodedImage{.workshop = std::move(workshop), .data = data});
 }
 
 size_t SizeInBytes(const EncodedImage& encoded) { return encoded.data.size; }
