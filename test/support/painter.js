@@ -78,8 +78,8 @@ function startPainter(t, env) {
   };
   return {
     /**
-     * `wmClass` is 'instance/class'; a window that is not managed overrides the redirection. `alpha`
-     * gives it an alpha channel, `border` is { width, colour }, `ring` cuts a hole into its middle.
+     * `wmClass` is 'instance/class'; a window that is not managed overrides the redirection.
+     * `alpha` gives it an alpha channel, `border` is { width, colour }, `ring` cuts a hole into it.
      * `paints`: 'nothing', 'once', 'asked' or 'frame' for a window without a background.
      * `transientFor`: the name of a window here, or the `id` of one of another painter.
      */
@@ -106,7 +106,7 @@ function startPainter(t, env) {
       order('wallpaper', hex(first), hex(second), announced ? 'announced' : 'silent'),
     /** Resolves when what had been exposed is painted. */
     settle: () => order('settle'),
-    /** Changes windows like `wish`, inside of its rectangle, until calm(); steady: all stay open. */
+    /** Changes windows like `wish`, inside of its rectangle, until calm(); steady: they stay. */
     storm: (seed, wish, { steady = false } = {}) =>
       order('storm', seed, ...windowWords('storm', wish), ...(steady ? ['steady'] : [])),
     /** Ends the storm; resolves with the number of its changes. */

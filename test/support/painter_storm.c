@@ -9,6 +9,8 @@ enum {
   kMostAtOnce = 8,
   kLeastEdge = 24,
   kMostEdge = 240,
+  kOpeningPatienceMs = 500,
+  kChangePatienceMs = 10,
 };
 
 enum Change { kMove, kRaise, kLower, kResize, kHide, kShow, kClose, kChangeCount };
@@ -56,6 +58,7 @@ static xcb_window_t OpenAnywhere(int index) {
   return Open(&wish);
 }
 
+// A window manager is waited for: one that is flooded with wishes fulfils none.
 static void Place(xcb_window_t window) {
   const struct Place place = RandomPlace();
   const xcb_configure_window_value_list_t values = {
@@ -64,6 +67,7 @@ static void Place(xcb_window_t window) {
                            XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                                XCB_CONFIG_WINDOW_HEIGHT,
                            &values);
+  WaitFor(window, XCB_CONFIGURE_NOTIFY, kChangePatienceMs);
 }
 
 static void Restack(xcb_window_t window, uint32_t mode) {
@@ -88,6 +92,7 @@ static void ChangeOne(int index) {
       break;
     case kShow:
       xcb_map_window(connection, window);
+      WaitFor(window, XCB_MAP_NOTIFY, kChangePatienceMs);
       break;
     default:
       Close(window);
@@ -118,6 +123,7 @@ void StormOn(void) {
     ChangeOne(index);
   } else {
     storm[index] = OpenAnywhere(index);
+    WaitFor(storm[index], XCB_VISIBILITY_NOTIFY, kOpeningPatienceMs);
   }
   ++change_count;
   Settle();

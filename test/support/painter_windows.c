@@ -249,6 +249,10 @@ static bool Concerns(const xcb_generic_event_t* event, xcb_window_t window, uint
   switch (type) {
     case XCB_VISIBILITY_NOTIFY:
       return ((const xcb_visibility_notify_event_t*)event)->window == window;
+    case XCB_CONFIGURE_NOTIFY:
+      return ((const xcb_configure_notify_event_t*)event)->window == window;
+    case XCB_MAP_NOTIFY:
+      return ((const xcb_map_notify_event_t*)event)->window == window;
     case XCB_UNMAP_NOTIFY:
       return ((const xcb_unmap_notify_event_t*)event)->window == window;
     default:
