@@ -2,7 +2,7 @@
 
 const { startHost } = require('./host.js');
 const { startPainter, temporaryFolder } = require('./painter.js');
-const { start } = require('./processes.js');
+const { kill, start } = require('./processes.js');
 const { until } = require('./until.js');
 const { startXServer } = require('./x_server.js');
 
@@ -15,16 +15,55 @@ async function startWindowManager(t, env, painter) {
   await until(() => painter.isManaged(), 'a window manager runs');
 }
 
+/** Compositing managers, with no effects of their own. */
+const COMPOSITORS = {
+  xcompmgr: [],
+  picom: ['--backend', 'xrender', '--config', '/dev/null'],
+};
+
+/** Resolves when a window of that colour comes to the screen and leaves it again. */
+async function showsWindows(painter) {
+  const place = { x: 0, y: 0, width: 4, height: 4, colour: '#00c0c0', managed: false };
+  const isShown = async () => (await painter.grab()).rgb.readUIntBE(0, 3) === 0x00c0c0;
+  await painter.window('probe', place);
+  await until(isShown, 'a compositing manager shows a window');
+  await painter.destroy('probe');
+  await until(async () => !(await isShown()), 'a compositing manager takes a window away');
+}
+
+/**
+ * A compositing manager, 'xcompmgr' or 'picom', on a server; resolves when it paints the screen,
+ * with what ends it.
+ */
+async function startCompositor(t, env, painter, name) {
+  const program = start(t, name, COMPOSITORS[name], { env });
+  await until(() => painter.isComposited(), `${name} runs`);
+  await showsWindows(painter);
+  return async () => {
+    await kill(program);
+    await until(async () => !(await painter.isComposited()), `${name} is gone`);
+  };
+}
+
 /**
  * A private desktop: a server, a painter on it and a fresh host of the addon; all of it is gone
- * when the test ends. `manager`: with a window manager. Other options are those of the server.
+ * when the test ends. `manager`: with a window manager. `compositor`: with that compositing
+ * manager. Other options are those of the server.
  */
-async function startDesktop(t, { manager = false, ...options } = {}) {
+async function startDesktop(t, { manager = false, compositor, ...options } = {}) {
   const server = await startXServer(t, options);
-  const painter = startPainter(t, server.env);
-  if (manager) await startWindowManager(t, server.env, painter);
-  const host = startHost(t, server.env);
-  return { server, env: server.env, painter, host, addon: host.addon };
+  const { env } = server;
+  const painter = startPainter(t, env);
+  if (manager) await startWindowManager(t, env, painter);
+  if (compositor) await startCompositor(t, env, painter, compositor);
+  const host = startHost(t, env);
+  return {
+    ...{ server, env, painter, host },
+    addon: host.addon,
+    /** One more process with windows of its own. */
+    startPainter: () => startPainter(t, env),
+    startCompositor: (name) => startCompositor(t, env, painter, name),
+  };
 }
 
 module.exports = { startDesktop };

@@ -1,7 +1,7 @@
 'use strict';
 
 const path = require('node:path');
-const { start, usageOf } = require('./processes.js');
+const { kill, start, usageOf } = require('./processes.js');
 
 /** Longer than any call may take; a test that waits in vain is to fail, not to hang. */
 const ANSWER_MS = 30_000;
@@ -60,6 +60,8 @@ function startHost(t, env) {
     /** Sets variables in its process.env; undefined removes one. */
     setEnvironment: (variables) => order({ order: 'environment', variables }),
     usage: () => usageOf(child.pid),
+    /** Ends it without any chance to say so. */
+    end: () => kill(child),
   };
 }
 

@@ -33,13 +33,20 @@ async function settles({ painter }) {
 }
 
 /** A terminal that shows `text` on `colour`; resolves when it is on the screen. */
-async function startTerminal(t, desktop, { geometry, probe, colour = '#fffff0', text = '' }) {
+async function startTerminal(
+  t,
+  desktop,
+  { geometry, probe, colour = '#fffff0', text = '', args = [] },
+) {
   const file = path.join(temporaryFolder(t), 'text');
   fs.writeFileSync(file, text);
   const program = start(
     t,
     'xterm',
-    ['-geometry', geometry, '-bg', colour, '-fg', 'black', '-e', 'tail', '-n', '+1', '-f', file],
+    [
+      ...['-geometry', geometry, '-bg', colour, '-fg', 'black', ...args],
+      ...['-e', 'tail', '-n', '+1', '-f', file],
+    ],
     { env: desktop.env },
   );
   await shows(desktop, program, { ...probe, colour });
@@ -70,4 +77,36 @@ async function startBrowser(t, desktop, { x, y, width, height, html, probe, colo
   return program;
 }
 
-module.exports = { startBrowser, startTerminal };
+/** An icon of one grey pixel. */
+const ICON = '/* XPM */ static char *icon[] = { "1 1 1 1", "a c #808080", "a" };\n';
+
+/** A window of GTK with `text` in it; resolves when it is on the screen. */
+async function startDialog(t, desktop, { width, height, text }) {
+  const folder = temporaryFolder(t);
+  const file = path.join(folder, 'text');
+  const icon = path.join(folder, 'icon.xpm');
+  fs.writeFileSync(file, text);
+  fs.writeFileSync(icon, ICON);
+  const before = await desktop.painter.grab();
+  const program = start(
+    t,
+    'zenity',
+    [
+      ...['--text-info', `--filename=${file}`, `--window-icon=${icon}`],
+      ...[`--width=${width}`, `--height=${height}`],
+    ],
+    { env: { ...desktop.env, HOME: folder, NO_AT_BRIDGE: '1', GTK_THEME: 'Adwaita' } },
+  );
+  await until(
+    async () => {
+      if (hasExited(program)) throw new Error(`a program has ended: ${program.errors()}`);
+      return !(await desktop.painter.grab()).rgb.equals(before.rgb);
+    },
+    'the dialog is on the screen',
+    { timeoutMs: 30_000 },
+  );
+  await settles(desktop);
+  return program;
+}
+
+module.exports = { startBrowser, startDialog, startTerminal };
