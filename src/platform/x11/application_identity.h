@@ -20,6 +20,7 @@ struct WindowFacts {
   std::string wm_class = {};
   std::string gtk_application_id = {};
   uint32_t process_id = 0;  // of this machine
+  bool operator==(const WindowFacts&) const = default;
 };
 
 /// Desktop entries, found by what windows and processes say. Where several say the same, the one

@@ -6,6 +6,7 @@
 
 #include "platform/x11/error_trap.h"
 #include "platform/x11/reply.h"
+#include "platform/x11/window_watch.h"
 
 namespace deskhand::platform {
 namespace {
@@ -41,6 +42,8 @@ std::unique_ptr<Composition> Composition::Start(const Session& session, const Wi
     if (top.is_shown) shown.push_back(top.id);
   }
   leftovers.OnAllShown(shown);
+  leftovers.TrustNew();
+  composition->was_composited_ = tree.is_composited;
   return composition;
 }
 
@@ -90,7 +93,7 @@ void Composition::Handle(const xcb_configure_notify_event_t& event) {
                                          event.height + 2 * event.border_width});
 }
 
-void Composition::Reconcile(const WindowTree& tree) {
+void Composition::Reconcile(const WindowTree& tree, const std::vector<xcb_window_t>& distrusted) {
   for (const TopWindow& top : tree.tops) {
     if (leftovers_.Knows(top.id)) continue;
     if (top.is_shown) {
@@ -99,6 +102,14 @@ void Composition::Reconcile(const WindowTree& tree) {
       leftovers_.Add(top.id, top.bounds);
     }
   }
+  for (const xcb_window_t window : distrusted) leftovers_.Distrust(window);
+  // What a compositing manager shows is not what there is, but what there was.
+  if (tree.is_composited || was_composited_) {
+    leftovers_.DistrustNew();
+  } else {
+    leftovers_.TrustNew();
+  }
+  was_composited_ = tree.is_composited;
 }
 
 std::vector<PixelRect> Composition::FindLeftovers(const WindowTree& tree,
@@ -118,7 +129,7 @@ std::vector<PixelRect> Composition::FindLeftovers(const WindowTree& tree,
 bool Composition::Clean(const Session& session, const WindowTree& tree,
                         const std::vector<Exclusion>& exclusions, const PixelRect& area) {
   const ErrorTrap trap(session);  // takes the events that came before the grab, too
-  Reconcile(tree);
+  Reconcile(tree, session.link().window_watch->TakeDistrusted());
   bool has_answered = true;
   for (size_t top = 0; top < tree.tops.size(); ++top) {
     const TopWindow& window = tree.tops[top];

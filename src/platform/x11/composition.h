@@ -40,7 +40,7 @@ class Composition {
 
   void Handle(const xcb_create_notify_event_t& event);
   void Handle(const xcb_configure_notify_event_t& event);
-  void Reconcile(const WindowTree& tree);
+  void Reconcile(const WindowTree& tree, const std::vector<xcb_window_t>& distrusted);
   std::vector<PixelRect> FindLeftovers(const WindowTree& tree,
                                        const std::vector<Exclusion>& exclusions, size_t top);
 
@@ -50,6 +50,7 @@ class Composition {
   const CanvasSupport canvas_support_;
   Repainting repainting_;
   Leftovers leftovers_;
+  bool was_composited_ = false;
 };
 
 }  // namespace deskhand::platform

@@ -88,11 +88,8 @@ Attempt Try(const std::vector<std::string>& bundle_ids, Session& session, const 
     return {.must_look = true, .windows = std::move(tree.applications)};
   }
   const auto exclusions = PlanExclusions(tree, bundle_ids, Identify);
-  // A compositing manager may still show what was there a moment ago.
-  const bool may_linger = tree.is_composited && link.composition;
-  if (!HasShown(tree, exclusions) && !may_linger) {
-    return {.grab = GrabScreen(session, area, with_pointer)};
-  }
+  const bool has_shown = HasShown(tree, exclusions);
+  if (!has_shown && !link.composition) return {.grab = GrabScreen(session, area, with_pointer)};
   if (!link.composition) {
     link.composition = Composition::Start(session, tree);
     if (!link.composition) return GiveUp(session, "the X server cannot leave windows out");
@@ -101,6 +98,8 @@ Attempt Try(const std::vector<std::string>& bundle_ids, Session& session, const 
     return GiveUp(session, "the X server refused to leave windows out");
   }
   if (link.composition->repainting().is_waiting() && !must_succeed) return {.must_wait = true};
+  // A compositing manager may still show what was there a moment ago.
+  if (!has_shown && !tree.is_composited) return {.grab = GrabScreen(session, area, with_pointer)};
   const auto source = [&](const PixelRect& wanted, const PixelFormat& format) {
     return DrawWithout(session, link.composition->canvas_support(), tree, exclusions, wanted,
                        format);

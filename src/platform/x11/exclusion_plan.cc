@@ -13,14 +13,17 @@ class Planner {
  public:
   Planner(const WindowTree& tree, const std::vector<std::string>& bundle_ids,
           const BundleIdOf& bundle_id_of)
-      : tree_(tree), exclusions_(tree.tops.size()), progress_(tree.tops.size()) {
-    const std::unordered_set<std::string> names(bundle_ids.begin(), bundle_ids.end());
+      : tree_(tree),
+        names_(bundle_ids.begin(), bundle_ids.end()),
+        bundle_id_of_(bundle_id_of),
+        exclusions_(tree.tops.size()),
+        progress_(tree.tops.size()) {
     is_named_.reserve(tree.applications.size());
     is_known_.reserve(tree.applications.size());
     for (const ApplicationWindow& window : tree.applications) {
       const auto bundle_id = bundle_id_of(window.facts);
       is_known_.push_back(window.has_name() && bundle_id);
-      is_named_.push_back(bundle_id && names.contains(*bundle_id));
+      is_named_.push_back(bundle_id && names_.contains(*bundle_id));
     }
   }
 
@@ -32,6 +35,12 @@ class Planner {
         clients_.insert(window.client);
         if (window.facts.process_id != 0) processes_.insert(window.facts.process_id);
       }
+    }
+    for (const FormerName& former : tree_.former_names) {
+      const auto bundle_id = bundle_id_of_(former.facts);
+      if (!bundle_id || !names_.contains(*bundle_id)) continue;
+      clients_.insert(former.client);
+      if (former.facts.process_id != 0) processes_.insert(former.facts.process_id);
     }
     FindOwners();
     for (size_t top = 0; top < tree_.tops.size(); ++top) Decide(top);
@@ -101,6 +110,8 @@ class Planner {
   }
 
   const WindowTree& tree_;
+  const std::unordered_set<std::string> names_;
+  const BundleIdOf& bundle_id_of_;
   std::vector<Exclusion> exclusions_;  // for each top-level window, as the next two
   std::vector<Progress> progress_;
   std::vector<size_t> owners_;

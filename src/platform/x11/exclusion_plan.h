@@ -25,7 +25,7 @@ using BundleIdOf = std::function<std::optional<std::string>(const WindowFacts&)>
 /// A top-level window belongs to the application of the client that a window manager put into it,
 /// else to its own. A window that no application can be told of (menus and tooltips often name
 /// none) goes the way of the window that it is transient for; else of those of its connection and
-/// its process: it is left out when one of them is.
+/// its process: it is left out when one of them is, or was.
 std::vector<Exclusion> PlanExclusions(const WindowTree& tree,
                                       const std::vector<std::string>& bundle_ids,
                                       const BundleIdOf& bundle_id_of);

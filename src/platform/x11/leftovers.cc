@@ -35,9 +35,19 @@ void Leftovers::Remove(xcb_window_t window) {
 
 void Leftovers::AddUnknown(xcb_window_t window, const PixelRect& bounds) {
   Add(window, bounds);
-  Window& added = windows_[window];
-  added.is_shown = true;
-  added.parts = {{{0, 0, bounds.width, bounds.height}, XCB_NONE}};
+  windows_[window].is_shown = true;
+  Distrust(window);
+}
+
+void Leftovers::Distrust(xcb_window_t window) {
+  const auto found = windows_.find(window);
+  if (found == windows_.end() || !found->second.is_shown) return;
+  const PixelRect& bounds = found->second.bounds;
+  found->second.parts = {{{0, 0, bounds.width, bounds.height}, XCB_NONE}};
+}
+
+void Leftovers::DistrustNew() {
+  for (const xcb_window_t window : std::exchange(new_, {})) Distrust(window);
 }
 
 void Leftovers::OnShown(xcb_window_t window) {
@@ -84,6 +94,7 @@ void Leftovers::OnConfigured(xcb_window_t window, const PixelRect& bounds) {
 }
 
 void Leftovers::Allocate(xcb_window_t id, Window* window) {
+  new_.insert(id);
   const auto add = [window](const PixelRect& area, xcb_window_t source) {
     const PixelRect shared = Intersect(area, window->bounds);
     AddPart({Shift(shared, -window->bounds.x, -window->bounds.y), source}, &window->parts);
@@ -99,9 +110,7 @@ void Leftovers::Allocate(xcb_window_t id, Window* window) {
       if (!IsShownIn(area, part.source)) add(Intersect(area, other.bounds), part.source);
     }
   }
-  if (window->parts.size() > kMostParts) {
-    window->parts = {{{0, 0, window->bounds.width, window->bounds.height}, XCB_NONE}};
-  }
+  if (window->parts.size() > kMostParts) Distrust(id);
 }
 
 bool Leftovers::IsShownIn(const PixelRect& area, xcb_window_t window) const {

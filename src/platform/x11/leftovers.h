@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <set>
 #include <vector>
 
 #include <xcb/xcb.h>
@@ -34,6 +35,12 @@ class Leftovers {
   void Remove(xcb_window_t window);
   bool Knows(xcb_window_t window) const { return windows_.contains(window); }
 
+  /// Anything may be left anywhere in `window`.
+  void Distrust(xcb_window_t window);
+  /// The same for every window that was given memory since this, or TrustNew(), was last called.
+  void DistrustNew();
+  void TrustNew() { new_.clear(); }
+
   /// It was given memory: it was mapped.
   void OnShown(xcb_window_t window);
   /// All of them were, at one moment: the screen began to be composited.
@@ -59,6 +66,7 @@ class Leftovers {
   bool IsShownIn(const PixelRect& area, xcb_window_t window) const;
 
   std::map<xcb_window_t, Window> windows_;
+  std::set<xcb_window_t> new_;
 };
 
 }  // namespace deskhand::platform

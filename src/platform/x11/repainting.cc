@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
-#include <optional>
 #include <utility>
 
 #include <poll.h>
@@ -24,44 +23,34 @@ xcb_rectangle_t ToRectangle(const PixelRect& rect) {
           static_cast<uint16_t>(rect.width), static_cast<uint16_t>(rect.height)};
 }
 
-/// Black, or transparent black, whatever the window's visual.
-void FillContents(xcb_connection_t* connection, const TopWindow& window,
-                  const std::vector<PixelRect>& areas) {
-  const xcb_pixmap_t contents = xcb_generate_id(connection);
-  const xcb_gcontext_t gc = xcb_generate_id(connection);
-  const uint32_t black = 0;
-  std::vector<xcb_rectangle_t> rectangles;
-  for (const PixelRect& area : areas) {
-    const PixelRect inside = Intersect(area, window.bounds);
-    rectangles.push_back(ToRectangle(Shift(inside, -window.bounds.x, -window.bounds.y)));
-  }
-  xcb_composite_name_window_pixmap(connection, window.id, contents);
-  xcb_create_gc(connection, gc, contents, XCB_GC_FOREGROUND, &black);
-  xcb_poly_fill_rectangle(connection, contents, gc, rectangles.size(), rectangles.data());
-  xcb_free_gc(connection, gc);
-  xcb_free_pixmap(connection, contents);
-}
+/// A window that is drawn.
+struct DrawnWindow {
+  xcb_window_t id;
+  PixelRect inside;   // without its border
+  bool has_painter;   // its program wants to know what it is to paint
+};
 
-/// A window and those inside of it, level by level.
-class ExposeWalk {
+/// A window and those inside of it, parents first.
+class DrawnWindows {
  public:
-  ExposeWalk(const Session& session, const std::vector<PixelRect>& areas)
-      : connection_(session.connection()),
-        manager_(session.link().window_watch->manager()),
-        areas_(areas) {}
+  explicit DrawnWindows(const Session& session)
+      : connection_(session.connection()), manager_(session.link().window_watch->manager()) {}
 
-  /// Has the server paint backgrounds and tell the programs. Returns what programs are to paint;
-  /// none when the server did not answer.
-  std::optional<std::vector<PixelRect>> Run(xcb_window_t top) {
+  /// False when the server did not answer.
+  bool Collect(xcb_window_t top) {
     std::vector<Question> level{Ask(top, 0, 0)};
     while (!level.empty()) {
       std::vector<Question> next;
-      for (const Question& question : level) Expose(question, &next);
+      for (const Question& question : level) Read(question, &next);
       level = std::move(next);
     }
-    if (!is_complete_) return std::nullopt;
-    return std::move(missing_);
+    return is_complete_;
   }
+
+  const std::vector<DrawnWindow>& windows() const { return windows_; }
+
+  /// The borders, which the server draws by itself, and never leaves undone.
+  const std::vector<PixelRect>& borders() const { return borders_; }
 
  private:
   struct Question {
@@ -82,7 +71,7 @@ class ExposeWalk {
             xcb_query_tree(connection_, window)};
   }
 
-  void Expose(const Question& question, std::vector<Question>* next) {
+  void Read(const Question& question, std::vector<Question>* next) {
     const auto attributes =
         Await(connection_, xcb_get_window_attributes_reply, question.attributes);
     const auto geometry = Await(connection_, xcb_get_geometry_reply, question.geometry);
@@ -95,32 +84,70 @@ class ExposeWalk {
         attributes->_class != XCB_WINDOW_CLASS_INPUT_OUTPUT) {
       return;
     }
-    const int32_t x = question.parent_x + geometry->x + geometry->border_width;
-    const int32_t y = question.parent_y + geometry->y + geometry->border_width;
+    const int32_t border = geometry->border_width;
+    const PixelRect inside{question.parent_x + geometry->x + border,
+                           question.parent_y + geometry->y + border, geometry->width,
+                           geometry->height};
     // Window managers leave most of a frame to its background.
     const bool has_painter = (attributes->all_event_masks & XCB_EVENT_MASK_EXPOSURE) != 0 &&
                              ClientOf(connection_, question.window) != manager_;
-    for (const PixelRect& area : areas_) {
-      const PixelRect inside = Intersect(area, {x, y, geometry->width, geometry->height});
-      if (inside.empty()) continue;
-      missing_ = Subtract(missing_, inside);
-      if (has_painter) missing_.push_back(inside);
-      const xcb_rectangle_t rect = ToRectangle(Shift(inside, -x, -y));
-      xcb_clear_area(connection_, /*exposures=*/true, question.window, rect.x, rect.y, rect.width,
-                     rect.height);
+    windows_.push_back({question.window, inside, has_painter});
+    if (border > 0) {
+      const PixelRect outside{inside.x - border, inside.y - border, inside.width + 2 * border,
+                              inside.height + 2 * border};
+      const auto ring = Subtract({outside}, inside);
+      borders_.insert(borders_.end(), ring.begin(), ring.end());
     }
     const xcb_window_t* const children = xcb_query_tree_children(tree.get());
     for (int index = 0; index < xcb_query_tree_children_length(tree.get()); ++index) {
-      next->push_back(Ask(children[index], x, y));
+      next->push_back(Ask(children[index], inside.x, inside.y));
     }
   }
 
   xcb_connection_t* const connection_;
   const uint32_t manager_;
-  const std::vector<PixelRect>& areas_;
-  std::vector<PixelRect> missing_;
+  std::vector<DrawnWindow> windows_;
+  std::vector<PixelRect> borders_;
   bool is_complete_ = true;
 };
+
+/// Black, or transparent black, whatever the window's visual.
+void FillContents(xcb_connection_t* connection, const TopWindow& window,
+                  const std::vector<PixelRect>& areas) {
+  const xcb_pixmap_t contents = xcb_generate_id(connection);
+  const xcb_gcontext_t gc = xcb_generate_id(connection);
+  const uint32_t black = 0;
+  std::vector<xcb_rectangle_t> rectangles;
+  rectangles.reserve(areas.size());
+  for (const PixelRect& area : areas) {
+    rectangles.push_back(ToRectangle(Shift(area, -window.bounds.x, -window.bounds.y)));
+  }
+  xcb_composite_name_window_pixmap(connection, window.id, contents);
+  xcb_create_gc(connection, gc, contents, XCB_GC_FOREGROUND, &black);
+  xcb_poly_fill_rectangle(connection, contents, gc, rectangles.size(), rectangles.data());
+  xcb_free_gc(connection, gc);
+  xcb_free_pixmap(connection, contents);
+}
+
+/// Has the server paint backgrounds and tell the programs. Returns what programs are to paint.
+std::vector<PixelRect> Expose(xcb_connection_t* connection,
+                              const std::vector<DrawnWindow>& windows,
+                              const std::vector<PixelRect>& areas) {
+  std::vector<PixelRect> missing;
+  for (const DrawnWindow& window : windows) {
+    for (const PixelRect& area : areas) {
+      const PixelRect inside = Intersect(area, window.inside);
+      if (inside.empty()) continue;
+      const xcb_rectangle_t rect =
+          ToRectangle(Shift(inside, -window.inside.x, -window.inside.y));
+      xcb_clear_area(connection, /*exposures=*/1, window.id, rect.x, rect.y, rect.width,
+                     rect.height);
+      missing = Subtract(missing, inside);
+      if (window.has_painter) missing.push_back(inside);
+    }
+  }
+  return missing;
+}
 
 bool WaitForEvents(const Session& session, Deadline until) {
   const auto left =
@@ -135,16 +162,25 @@ bool WaitForEvents(const Session& session, Deadline until) {
 bool Repainting::Blacken(const Session& session, const TopWindow& window,
                          const std::vector<PixelRect>& areas) {
   xcb_connection_t* const connection = session.connection();
-  FillContents(connection, window, areas);
-  auto missing = ExposeWalk(session, areas).Run(window.id);
-  if (!missing) return false;
-  if (missing->empty()) return true;
+  DrawnWindows drawn(session);
+  if (!drawn.Collect(window.id)) return false;
+  std::vector<PixelRect> blackened;
+  for (const PixelRect& area : areas) {
+    const PixelRect inside = Intersect(area, window.bounds);
+    blackened = Subtract(blackened, inside);
+    blackened.push_back(inside);
+  }
+  for (const PixelRect& border : drawn.borders()) blackened = Subtract(blackened, border);
+  if (blackened.empty()) return true;
+  FillContents(connection, window, blackened);
+  std::vector<PixelRect> missing = Expose(connection, drawn.windows(), blackened);
+  if (missing.empty()) return true;
   const PixelRect origin = Shift(window.bounds, window.border_px, window.border_px);
-  for (PixelRect& area : *missing) area = Shift(area, -origin.x, -origin.y);
+  for (PixelRect& area : missing) area = Shift(area, -origin.x, -origin.y);
   const xcb_damage_damage_t damage = xcb_generate_id(connection);
   xcb_damage_create(connection, damage, window.id, XCB_DAMAGE_REPORT_LEVEL_DELTA_RECTANGLES);
   xcb_damage_subtract(connection, damage, XCB_NONE, XCB_NONE);
-  watches_[damage] = {.missing = std::move(*missing)};
+  watches_[damage] = {.missing = std::move(missing)};
   return true;
 }
 

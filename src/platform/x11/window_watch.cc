@@ -9,6 +9,12 @@
 #include "platform/x11/reply.h"
 
 namespace deskhand::platform {
+namespace {
+
+// Of one connection; a program that names ever new ones must not fill the memory.
+constexpr size_t kMostNames = 64;
+
+}  // namespace
 
 std::unique_ptr<WindowWatch> WindowWatch::Start(const Session& session) {
   xcb_connection_t* const connection = session.connection();
@@ -49,45 +55,94 @@ WindowTree WindowWatch::Query(const Session& session) {
   manager_ = ClientOf(connection, ReadCard32(*check).value_or(XCB_NONE));
   tree.is_complete = Renew(session);
   if (!tree.is_complete) return tree;
-  for (const xcb_window_t top : tops) {
-    const Subtree& subtree = *entries_.at(top);
-    for (const ApplicationWindow& window : subtree.applications) {
-      tree.applications.push_back(window);
-      tree.applications.back().top = tree.tops.size();
-    }
-    tree.tops.push_back(subtree.window);
-  }
+  for (const xcb_window_t top : tops) AppendTop(entries_.at(top), &tree);
+  RememberNames(&tree);
   return tree;
 }
 
 bool WindowWatch::Renew(const Session& session) {
   std::vector<xcb_window_t> wanted;
-  for (const auto& [top, subtree] : entries_) {
-    if (!subtree) wanted.push_back(top);
+  for (const auto& [top, entry] : entries_) {
+    if (!entry.subtree) wanted.push_back(top);
   }
   has_news_ = !wanted.empty();
   bool is_complete = true;
   for (Subtree& subtree : QuerySubtrees(session, support_, manager_, wanted)) {
     is_complete &= subtree.is_complete;
-    if (!subtree.is_complete) continue;
-    for (const xcb_window_t node : subtree.nodes) top_of_[node] = subtree.window.id;
-    entries_[subtree.window.id] = std::move(subtree);
+    if (subtree.is_complete) Accept(std::move(subtree));
   }
   return is_complete;
+}
+
+void WindowWatch::Accept(Subtree subtree) {
+  Entry& entry = entries_[subtree.window.id];
+  const uint32_t owner = subtree.applications.front().client;
+  std::vector<xcb_window_t> guests;
+  std::vector<ApplicationWindow> clients;
+  for (const ApplicationWindow& window : subtree.applications) {
+    if (window.client == owner || !window.is_viewable) continue;
+    guests.push_back(window.id);
+    if (window.is_managed) clients.push_back(window);
+  }
+  const bool has_lost_guest =
+      std::any_of(entry.guests.begin(), entry.guests.end(), [&guests](xcb_window_t guest) {
+        return std::find(guests.begin(), guests.end(), guest) == guests.end();
+      });
+  const bool is_unknown_frame = !entry.was_asked && owner == manager_ && clients.empty();
+  if (has_lost_guest || is_unknown_frame) distrusted_.push_back(subtree.window.id);
+  entry.was_asked = true;
+  entry.guests = std::move(guests);
+  if (!clients.empty()) entry.clients = std::move(clients);
+  for (const xcb_window_t node : subtree.nodes) top_of_[node] = subtree.window.id;
+  entry.subtree = std::move(subtree);
+}
+
+void WindowWatch::AppendTop(const Entry& entry, WindowTree* tree) const {
+  const auto append = [tree](ApplicationWindow window) {
+    window.top = tree->tops.size();
+    tree->applications.push_back(std::move(window));
+  };
+  for (const ApplicationWindow& window : entry.subtree->applications) append(window);
+  // A frame is that of its client for as long as it is there: it may still show it.
+  for (ApplicationWindow client : entry.clients) {
+    const bool is_there =
+        std::find(entry.guests.begin(), entry.guests.end(), client.id) != entry.guests.end();
+    if (is_there) continue;
+    client.is_viewable = false;
+    append(std::move(client));
+  }
+  tree->tops.push_back(entry.subtree->window);
+}
+
+void WindowWatch::RememberNames(WindowTree* tree) {
+  std::map<uint32_t, std::vector<WindowFacts>> names;
+  for (const ApplicationWindow& window : tree->applications) {
+    const auto known = names_.find(window.client);
+    if (known != names_.end()) names.insert(names_.extract(known));
+    std::vector<WindowFacts>& facts = names[window.client];
+    const bool is_known = std::find(facts.begin(), facts.end(), window.facts) != facts.end();
+    if (window.has_name() && !is_known && facts.size() < kMostNames) {
+      facts.push_back(window.facts);
+    }
+  }
+  names_ = std::move(names);  // those of connections without any window are forgotten
+  for (const auto& [client, all] : names_) {
+    for (const WindowFacts& facts : all) tree->former_names.push_back({client, facts});
+  }
 }
 
 void WindowWatch::Forget(xcb_window_t node) {
   const auto top = top_of_.find(node);
   const auto entry = entries_.find(top == top_of_.end() ? node : top->second);
-  if (entry == entries_.end() || !entry->second) return;
-  for (const xcb_window_t known : entry->second->nodes) top_of_.erase(known);
-  entry->second.reset();
+  if (entry == entries_.end() || !entry->second.subtree) return;
+  for (const xcb_window_t known : entry->second.subtree->nodes) top_of_.erase(known);
+  entry->second.subtree.reset();
 }
 
 void WindowWatch::OnConfigured(const xcb_configure_notify_event_t& event) {
   const auto entry = entries_.find(event.window);
-  if (entry == entries_.end() || !entry->second) return;
-  TopWindow& top = entry->second->window;
+  if (entry == entries_.end() || !entry->second.subtree) return;
+  TopWindow& top = entry->second.subtree->window;
   const PixelRect bounds{event.x, event.y, event.width + 2 * event.border_width,
                          event.height + 2 * event.border_width};
   if (bounds.width != top.bounds.width || bounds.height != top.bounds.height ||
@@ -95,7 +150,7 @@ void WindowWatch::OnConfigured(const xcb_configure_notify_event_t& event) {
     Forget(event.window);
     return;
   }
-  for (ApplicationWindow& window : entry->second->applications) {
+  for (ApplicationWindow& window : entry->second.subtree->applications) {
     window.bounds.x += bounds.x - top.bounds.x;
     window.bounds.y += bounds.y - top.bounds.y;
   }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <xcb/xcb.h>
@@ -36,14 +37,25 @@ class WindowWatch {
   /// Whether Query() met windows that it did not know, or that something had happened to.
   bool has_news() const { return has_news_; }
 
+  /// The top-level windows that may show what was in a window which has left them, such as frames
+  /// that outlive their clients; each is returned once.
+  std::vector<xcb_window_t> TakeDistrusted() { return std::exchange(distrusted_, {}); }
+
   /// The connection of the window manager, as Query() found it; 0 when there is none.
   uint32_t manager() const { return manager_; }
 
   Deadline last_used() const { return last_used_; }
 
  private:
-  /// None until the server has been asked, and after something happened to the window.
-  using Entries = std::map<xcb_window_t, std::optional<Subtree>>;
+  struct Entry {
+    // None until the server has been asked, and after something happened to the window.
+    std::optional<Subtree> subtree;
+    bool was_asked = false;
+    // What was in it when the server was last asked, and was made by others.
+    std::vector<xcb_window_t> guests;
+    // The clients of a window manager that it held last.
+    std::vector<ApplicationWindow> clients;
+  };
 
   WindowWatch(const Session& session, const WindowSupport& support);
 
@@ -51,13 +63,18 @@ class WindowWatch {
   void OnConfigured(const xcb_configure_notify_event_t& event);
   bool Matters(xcb_atom_t property) const;
   bool Renew(const Session& session);
+  void Accept(Subtree subtree);
+  void AppendTop(const Entry& entry, WindowTree* tree) const;
+  void RememberNames(WindowTree* tree);
 
   const xcb_window_t root_;
   const WindowSupport support_;
-  Entries entries_;                                        // of each top-level window
+  std::map<xcb_window_t, Entry> entries_;                  // of each top-level window
   std::unordered_map<xcb_window_t, xcb_window_t> top_of_;  // of every window
   uint32_t manager_ = 0;
   bool has_news_ = false;
+  std::vector<xcb_window_t> distrusted_;
+  std::map<uint32_t, std::vector<WindowFacts>> names_;  // of each connection
   Deadline last_used_;
 };
 
