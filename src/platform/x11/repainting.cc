@@ -30,7 +30,7 @@ struct DrawnWindow {
   bool has_painter;   // its program wants to know what it is to paint
 };
 
-/// A window and those inside of it, parents first.
+/// A window and those inside of it.
 class DrawnWindows {
  public:
   explicit DrawnWindows(const Session& session)
@@ -38,7 +38,7 @@ class DrawnWindows {
 
   /// False when the server did not answer.
   bool Collect(xcb_window_t top) {
-    std::vector<Question> level{Ask(top, 0, 0)};
+    std::vector<Question> level{Ask(top, kNone, 0, 0)};
     while (!level.empty()) {
       std::vector<Question> next;
       for (const Question& question : level) Read(question, &next);
@@ -47,14 +47,34 @@ class DrawnWindows {
     return is_complete_;
   }
 
-  const std::vector<DrawnWindow>& windows() const { return windows_; }
+  /// As they are drawn: each before those that lie on it.
+  std::vector<DrawnWindow> InOrder() const {
+    std::vector<DrawnWindow> ordered;
+    std::vector<size_t> open;
+    if (!nodes_.empty()) open.push_back(0);
+    while (!open.empty()) {
+      const Node& node = nodes_[open.back()];
+      open.pop_back();
+      ordered.push_back(node.window);
+      open.insert(open.end(), node.children.rbegin(), node.children.rend());
+    }
+    return ordered;
+  }
 
   /// The borders, which the server draws by itself, and never leaves undone.
   const std::vector<PixelRect>& borders() const { return borders_; }
 
  private:
+  static constexpr size_t kNone = SIZE_MAX;
+
+  struct Node {
+    DrawnWindow window;
+    std::vector<size_t> children = {};  // bottom to top
+  };
+
   struct Question {
     xcb_window_t window;
+    size_t parent;
     int32_t parent_x;
     int32_t parent_y;
     xcb_get_window_attributes_cookie_t attributes;
@@ -62,8 +82,9 @@ class DrawnWindows {
     xcb_query_tree_cookie_t tree;
   };
 
-  Question Ask(xcb_window_t window, int32_t parent_x, int32_t parent_y) const {
+  Question Ask(xcb_window_t window, size_t parent, int32_t parent_x, int32_t parent_y) const {
     return {window,
+            parent,
             parent_x,
             parent_y,
             xcb_get_window_attributes(connection_, window),
@@ -91,7 +112,9 @@ class DrawnWindows {
     // Window managers leave most of a frame to its background.
     const bool has_painter = (attributes->all_event_masks & XCB_EVENT_MASK_EXPOSURE) != 0 &&
                              ClientOf(connection_, question.window) != manager_;
-    windows_.push_back({question.window, inside, has_painter});
+    const size_t index = nodes_.size();
+    nodes_.push_back({.window = {question.window, inside, has_painter}});
+    if (question.parent != kNone) nodes_[question.parent].children.push_back(index);
     if (border > 0) {
       const PixelRect outside{inside.x - border, inside.y - border, inside.width + 2 * border,
                               inside.height + 2 * border};
@@ -99,14 +122,14 @@ class DrawnWindows {
       borders_.insert(borders_.end(), ring.begin(), ring.end());
     }
     const xcb_window_t* const children = xcb_query_tree_children(tree.get());
-    for (int index = 0; index < xcb_query_tree_children_length(tree.get()); ++index) {
-      next->push_back(Ask(children[index], inside.x, inside.y));
+    for (int child = 0; child < xcb_query_tree_children_length(tree.get()); ++child) {
+      next->push_back(Ask(children[child], index, inside.x, inside.y));
     }
   }
 
   xcb_connection_t* const connection_;
   const uint32_t manager_;
-  std::vector<DrawnWindow> windows_;
+  std::vector<Node> nodes_;
   std::vector<PixelRect> borders_;
   bool is_complete_ = true;
 };
@@ -173,7 +196,7 @@ bool Repainting::Blacken(const Session& session, const TopWindow& window,
   for (const PixelRect& border : drawn.borders()) blackened = Subtract(blackened, border);
   if (blackened.empty()) return true;
   FillContents(connection, window, blackened);
-  std::vector<PixelRect> missing = Expose(connection, drawn.windows(), blackened);
+  std::vector<PixelRect> missing = Expose(connection, drawn.InOrder(), blackened);
   if (missing.empty()) return true;
   const PixelRect origin = Shift(window.bounds, window.border_px, window.border_px);
   for (PixelRect& area : missing) area = Shift(area, -origin.x, -origin.y);
