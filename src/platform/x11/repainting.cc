@@ -26,8 +26,8 @@ xcb_rectangle_t ToRectangle(const PixelRect& rect) {
 /// A window that is drawn.
 struct DrawnWindow {
   xcb_window_t id;
-  PixelRect inside;   // without its border
-  bool has_painter;   // its program wants to know what it is to paint
+  PixelRect inside;  // without its border
+  bool has_painter;  // its program wants to know what it is to paint
 };
 
 /// A window and those inside of it.
@@ -153,16 +153,14 @@ void FillContents(xcb_connection_t* connection, const TopWindow& window,
 }
 
 /// Has the server paint backgrounds and tell the programs. Returns what programs are to paint.
-std::vector<PixelRect> Expose(xcb_connection_t* connection,
-                              const std::vector<DrawnWindow>& windows,
+std::vector<PixelRect> Expose(xcb_connection_t* connection, const std::vector<DrawnWindow>& windows,
                               const std::vector<PixelRect>& areas) {
   std::vector<PixelRect> missing;
   for (const DrawnWindow& window : windows) {
     for (const PixelRect& area : areas) {
       const PixelRect inside = Intersect(area, window.inside);
       if (inside.empty()) continue;
-      const xcb_rectangle_t rect =
-          ToRectangle(Shift(inside, -window.inside.x, -window.inside.y));
+      const xcb_rectangle_t rect = ToRectangle(Shift(inside, -window.inside.x, -window.inside.y));
       xcb_clear_area(connection, /*exposures=*/1, window.id, rect.x, rect.y, rect.width,
                      rect.height);
       missing = Subtract(missing, inside);

@@ -44,7 +44,7 @@ struct ApplicationWindow {
   }
 };
 
-/// What a window of a connection has told that is still there.
+/// What a window has told that does not tell it any more, of a connection that has others.
 struct FormerName {
   uint32_t client = 0;
   WindowFacts facts = {};
@@ -53,8 +53,8 @@ struct FormerName {
 struct WindowTree {
   std::vector<TopWindow> tops;                  // bottom to top
   std::vector<ApplicationWindow> applications;  // each top-level window before those inside of it
-  std::vector<FormerName> former_names;         // also of windows that are still there
-  bool is_composited = false;                   // a compositing manager has announced itself
+  std::vector<FormerName> former_names;
+  bool is_composited = false;  // a compositing manager has announced itself
   // Whether the server answered every question. Unless it is grabbed, a window may go before it is
   // asked about.
   bool is_complete = true;

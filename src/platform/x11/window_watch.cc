@@ -115,19 +115,24 @@ void WindowWatch::AppendTop(const Entry& entry, WindowTree* tree) const {
 }
 
 void WindowWatch::RememberNames(WindowTree* tree) {
-  std::map<uint32_t, std::vector<WindowFacts>> names;
+  std::map<uint32_t, std::vector<WindowFacts>> present;
   for (const ApplicationWindow& window : tree->applications) {
-    const auto known = names_.find(window.client);
-    if (known != names_.end()) names.insert(names_.extract(known));
-    std::vector<WindowFacts>& facts = names[window.client];
+    std::vector<WindowFacts>& facts = present[window.client];
     const bool is_known = std::find(facts.begin(), facts.end(), window.facts) != facts.end();
-    if (window.has_name() && !is_known && facts.size() < kMostNames) {
-      facts.push_back(window.facts);
-    }
+    if (window.has_name() && !is_known) facts.push_back(window.facts);
   }
-  names_ = std::move(names);  // those of connections without any window are forgotten
-  for (const auto& [client, all] : names_) {
-    for (const WindowFacts& facts : all) tree->former_names.push_back({client, facts});
+  // Those of connections without any window are forgotten.
+  std::erase_if(names_, [&](const auto& names) { return !present.contains(names.first); });
+  for (const auto& [client, facts] : present) {
+    std::vector<WindowFacts>& names = names_[client];
+    for (const WindowFacts& former : names) {
+      const bool is_present = std::find(facts.begin(), facts.end(), former) != facts.end();
+      if (!is_present) tree->former_names.push_back({client, former});
+    }
+    for (const WindowFacts& now : facts) {
+      const bool is_known = std::find(names.begin(), names.end(), now) != names.end();
+      if (!is_known && names.size() < kMostNames) names.push_back(now);
+    }
   }
 }
 
