@@ -14,7 +14,7 @@ namespace {
 bool MayShow(xcb_window_t source, const WindowTree& tree,
              const std::vector<Exclusion>& exclusions) {
   for (size_t top = 0; top < tree.tops.size(); ++top) {
-    if (tree.tops[top].id == source) return exclusions[top].any();
+    if (tree.tops[top].id == source) return tree.tops[top].is_unclaimed || exclusions[top].any();
   }
   return true;  // of a window that has gone: nobody can say what it was
 }
@@ -44,6 +44,7 @@ std::unique_ptr<Composition> Composition::Start(const Session& session, const Wi
   leftovers.OnAllShown(shown);
   leftovers.TrustNew();
   composition->was_composited_ = tree.is_composited;
+  composition->unproven_.insert(shown.begin(), shown.end());
   return composition;
 }
 
@@ -137,7 +138,9 @@ bool Composition::Clean(const Session& session, const WindowTree& tree,
         window.is_shown && !exclusions[top].is_whole && !Intersect(window.bounds, area).empty();
     if (!matters) continue;
     const std::vector<PixelRect> areas = FindLeftovers(tree, exclusions, top);
-    if (!areas.empty()) has_answered &= repainting_.Blacken(session, window, areas);
+    const bool is_unproven = unproven_.erase(window.id) > 0;
+    if (areas.empty() && !is_unproven) continue;
+    has_answered &= repainting_.Blacken(session, window, areas, is_unproven);
   }
   const bool has_succeeded = trap.Succeeded();
   repainting_.Arm();

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <memory>
+#include <set>
 #include <vector>
 
 #include <xcb/xcb.h>
@@ -51,6 +52,8 @@ class Composition {
   Repainting repainting_;
   Leftovers leftovers_;
   bool was_composited_ = false;
+  // Shown since before the composition began: what has been where they are is not known.
+  std::set<xcb_window_t> unproven_;
 };
 
 }  // namespace deskhand::platform

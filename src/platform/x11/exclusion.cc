@@ -26,7 +26,7 @@ constexpr std::chrono::milliseconds kRepaintTime{250};
 constexpr int kMostAttempts = 5;
 
 // Keeping the contents of windows costs memory and time of all that is drawn.
-constexpr std::chrono::seconds kIdleTime{60};
+constexpr std::chrono::minutes kIdleTime{5};
 constexpr std::chrono::seconds kEventPeriod{1};
 
 ApplicationIdentities& Identities() {

@@ -181,12 +181,16 @@ bool WaitForEvents(const Session& session, Deadline until) {
 }  // namespace
 
 bool Repainting::Blacken(const Session& session, const TopWindow& window,
-                         const std::vector<PixelRect>& areas) {
+                         const std::vector<PixelRect>& areas, bool may_take_all) {
   xcb_connection_t* const connection = session.connection();
   DrawnWindows drawn(session);
   if (!drawn.Collect(window.id)) return false;
+  const std::vector<DrawnWindow> windows = drawn.InOrder();
+  const bool takes_all =
+      may_take_all && std::any_of(windows.begin(), windows.end(),
+                                  [](const DrawnWindow& each) { return each.has_painter; });
   std::vector<PixelRect> blackened;
-  for (const PixelRect& area : areas) {
+  for (const PixelRect& area : takes_all ? std::vector<PixelRect>{window.bounds} : areas) {
     const PixelRect inside = Intersect(area, window.bounds);
     blackened = Subtract(blackened, inside);
     blackened.push_back(inside);
@@ -194,7 +198,7 @@ bool Repainting::Blacken(const Session& session, const TopWindow& window,
   for (const PixelRect& border : drawn.borders()) blackened = Subtract(blackened, border);
   if (blackened.empty()) return true;
   FillContents(connection, window, blackened);
-  std::vector<PixelRect> missing = Expose(connection, drawn.InOrder(), blackened);
+  std::vector<PixelRect> missing = Expose(connection, windows, blackened);
   if (missing.empty()) return true;
   const PixelRect origin = Shift(window.bounds, window.border_px, window.border_px);
   for (PixelRect& area : missing) area = Shift(area, -origin.x, -origin.y);

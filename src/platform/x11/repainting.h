@@ -19,11 +19,12 @@ class Repainting {
   /// `damage_event` is the number of XDamage's event.
   explicit Repainting(uint8_t damage_event) : damage_event_(damage_event) {}
 
-  /// Blackens `areas` of the window's contents; where it, or a window inside of it, has a
+  /// Blackens `areas` of the window's contents, and all of it when its program paints it anew and
+  /// `may_take_all`; where it, or a window inside of it, has a
   /// background, the server paints that at once, and programs that care are told to paint. The
   /// server must be grabbed; the requests need an ErrorTrap. False when the server does not answer.
-  bool Blacken(const Session& session, const TopWindow& window,
-               const std::vector<PixelRect>& areas);
+  bool Blacken(const Session& session, const TopWindow& window, const std::vector<PixelRect>& areas,
+               bool may_take_all);
 
   /// From now on what is painted counts. XDamage begins by reporting the whole window.
   void Arm() { is_armed_ = true; }

@@ -21,6 +21,7 @@ struct TopWindow {
   uint8_t depth = 0;
   xcb_visualid_t visual = 0;
   uint32_t opacity = UINT32_MAX;  // _NET_WM_WINDOW_OPACITY: of UINT32_MAX
+  bool is_unclaimed = false;      // a window manager's, and whatever client it had is not known
   bool is_drawable = false;       // not for input only
   bool is_shown = false;          // drawable and viewable
 };

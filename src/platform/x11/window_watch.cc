@@ -88,11 +88,13 @@ void WindowWatch::Accept(Subtree subtree) {
       std::any_of(entry.guests.begin(), entry.guests.end(), [&guests](xcb_window_t guest) {
         return std::find(guests.begin(), guests.end(), guest) == guests.end();
       });
-  const bool is_unknown_frame = !entry.was_asked && owner == manager_ && clients.empty();
-  if (has_lost_guest || is_unknown_frame) distrusted_.push_back(subtree.window.id);
+  if (!clients.empty()) entry.clients = std::move(clients);
+  subtree.window.is_unclaimed = owner == manager_ && entry.clients.empty();
+  if (has_lost_guest || (subtree.window.is_unclaimed && !entry.was_asked)) {
+    distrusted_.push_back(subtree.window.id);
+  }
   entry.was_asked = true;
   entry.guests = std::move(guests);
-  if (!clients.empty()) entry.clients = std::move(clients);
   for (const xcb_window_t node : subtree.nodes) top_of_[node] = subtree.window.id;
   entry.subtree = std::move(subtree);
 }
