@@ -1,5 +1,7 @@
-// The main job on a real screen: list the displays, take a screenshot of one and of a region, and
-// show it all on a page. Without a display, on a private desktop that is gone afterwards.
+// The main job on a real screen: list the displays, take a screenshot of one, of a region, and without
+// one application, and show it all on a page. Without a display, on a private desktop that is gone
+// afterwards.
+// Usage: demo.mjs [BUNDLE-IDENTIFIER of the application to leave out]
 import { mkdirSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import path from 'node:path';
@@ -40,7 +42,7 @@ function save(name, picture) {
   return { name, bytes: Math.floor((base64.length * 3) / 4), ...rest };
 }
 
-async function showMainJob() {
+async function showMainJob(leftOut) {
   const displays = deskhand.listDisplays();
   console.table(displays);
   if (displays.length === 0) throw new Error('there is no display to take a picture of');
@@ -61,8 +63,15 @@ async function showMainJob() {
       ...[region.width, region.height, 0.9],
     ),
   );
+  let without = null;
+  if (leftOut) {
+    await deskhand.captureDisplay([leftOut]); // programs paint what was covered
+    const picture = await timed(() => deskhand.captureDisplay([leftOut], 0.8));
+    without = { leftOut, ...save('without.jpg', picture) };
+  }
   return {
     displays,
+    without,
     firstMilliseconds: first.milliseconds,
     display: save('display.jpg', display),
     region: { ...region, ...save('region.jpg', part) },
@@ -75,12 +84,13 @@ console.log(
     ? `Using the display that is there${process.env.DISPLAY ? ` (${process.env.DISPLAY})` : ''}.`
     : 'There is no display: starting a private one, with a terminal, a GTK form and a browser.',
 );
+const leftOut = process.argv[2] ?? (hasDisplay ? null : 'Zenity');
 const desktop = hasDisplay ? null : await startDesktop();
 try {
   mkdirSync(out, { recursive: true });
   if (desktop) await untilPainted();
   const page = path.join(out, 'index.html');
-  writeFileSync(page, renderReport(await showMainJob()));
+  writeFileSync(page, renderReport(await showMainJob(leftOut)));
   console.log(`The pictures, with sizes and times: ${pathToFileURL(page)}`);
 } finally {
   await desktop?.stop();

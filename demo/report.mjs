@@ -21,8 +21,21 @@ ${picture.milliseconds.toFixed(1)} ms</figcaption>
 </figure>`;
 }
 
-/** `displays` as listDisplays gives them; pictures with name, size, bytes and milliseconds. */
-export function renderReport({ displays, display, region, firstMilliseconds }) {
+function comparison(display, without) {
+  if (!without) return '';
+  return `<h2>captureDisplay([${escape(JSON.stringify(without.leftOut))}], 0.8)</h2>
+<p>Before and after: the application is absent, and what lies behind it shows.</p>
+<div class="pair">
+${figure('With it', display)}
+${figure('Without it', without)}
+</div>`;
+}
+
+/**
+ * `displays` as listDisplays gives them; pictures with name, size, bytes and milliseconds; `without`,
+ * if any, is one that leaves out the application `leftOut`.
+ */
+export function renderReport({ displays, display, region, without, firstMilliseconds }) {
   return `<!doctype html>
 <html lang="en">
 <meta charset="utf-8">
@@ -33,6 +46,8 @@ table { border-collapse: collapse; }
 th, td { border: 1px solid #ccc; padding: 0.2em 0.6em; text-align: left; }
 figure { margin: 2em 0; }
 img { max-width: 100%; height: auto; border: 1px solid #ccc; }
+.pair { display: flex; gap: 1em; }
+.pair figure { flex: 1; margin: 0; }
 </style>
 <h1>deskhand: what it sees</h1>
 <h2>listDisplays()</h2>
@@ -42,6 +57,7 @@ ${table(displays)}
 ${figure(`Display ${display.displayId}`, display)}
 <h2>captureRegion([], ${region.x}, ${region.y}, ${region.width}, ${region.height}, …)</h2>
 ${figure('A region, a pixel for a point', region)}
+${comparison(display, without)}
 </html>
 `;
 }

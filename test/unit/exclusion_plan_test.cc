@@ -164,6 +164,19 @@ TEST(ExclusionPlan, GoesByTheProcessWhereNoWindowHasAName) {
   EXPECT_EQ(scene.WholeWithout({"started"}), Whole({true, true}));
 }
 
+TEST(ExclusionPlan, RemembersWhatAConnectionHadWindowsOf) {
+  Scene scene;
+  scene.Top(kNotes + 1, "");
+  scene.Top(kNotes + 2, "Safe");
+  scene.Top(kSafe + 1, "").facts.process_id = 42;
+  WindowFacts former;
+  former.wm_class = "Notes";
+  former.process_id = 42;
+  scene.tree.former_names.push_back({kNotes, former});
+  EXPECT_EQ(scene.WholeWithout({"Notes"}), Whole({true, false, true}));
+  EXPECT_EQ(scene.WholeWithout({"Other"}), Whole({false, false, false}));
+}
+
 TEST(ExclusionPlan, CountsWindowsThatAreNotShownButDoesNotCallThemShown) {
   Scene scene;
   scene.Top(kNotes + 1, "Notes");

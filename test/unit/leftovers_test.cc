@@ -138,6 +138,31 @@ TEST(Leftovers, OfMoreWindowsThanCanBeToldApartAreOfNobodyKnown) {
   EXPECT_EQ(leftovers.In(kNote), Parts({{{0, 0, 2000, 100}, XCB_NONE}}));
 }
 
+TEST(Leftovers, FillAWindowThatIsDistrusted) {
+  Leftovers leftovers;
+  Show(&leftovers, kNote, {10, 10, 20, 20});
+  leftovers.Add(kOther, {0, 0, 5, 5});
+  leftovers.Distrust(kNote);
+  leftovers.Distrust(kOther);  // not shown
+  EXPECT_EQ(leftovers.In(kNote), Parts({{{10, 10, 20, 20}, XCB_NONE}}));
+  EXPECT_EQ(leftovers.In(kOther), Parts({}));
+}
+
+TEST(Leftovers, FillTheWindowsThatAreNew) {
+  Leftovers leftovers;
+  Show(&leftovers, kNote, {10, 10, 20, 20});
+  leftovers.TrustNew();
+  Show(&leftovers, kOther, {100, 100, 20, 20});
+  leftovers.DistrustNew();
+  EXPECT_EQ(leftovers.In(kNote), Parts({}));
+  EXPECT_EQ(leftovers.In(kOther), Parts({{{100, 100, 20, 20}, XCB_NONE}}));
+  leftovers.Forget(kOther, XCB_NONE);
+  leftovers.OnConfigured(kNote, {10, 10, 30, 20});
+  leftovers.DistrustNew();
+  EXPECT_EQ(leftovers.In(kNote), Parts({{{10, 10, 30, 20}, XCB_NONE}}));
+  EXPECT_EQ(leftovers.In(kOther), Parts({}));
+}
+
 TEST(Leftovers, OfUnknownWindowsAreNothing) {
   Leftovers leftovers;
   leftovers.OnShown(kNote);
