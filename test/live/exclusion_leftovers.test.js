@@ -188,6 +188,14 @@ describe('a window without a background that grows over the one that is left out
   });
 });
 
+test('a window that is falsely said to be hidden keeps nothing of it', async (t) => {
+  const scene = await openScene(t, {}, { secret: openSecret });
+  await captureOften(scene, 1);
+  await scene.painter.window('bare', { ...HALF, paints: 'nothing' });
+  await scene.painter.forge('bare');
+  await captureOften(scene, 2);
+});
+
 test('a window that paints anew after the secret has gone keeps nothing of it', async (t) => {
   const behind = async (scene) => {
     await paintBackdrop(scene);

@@ -16,6 +16,7 @@
 //   Where a window is looked up, it may also be the identifier 0x... of another process's.
 //   move NAME X Y       resize NAME WIDTH HEIGHT
 //   raise NAME          lower NAME          focus NAME       destroy NAME
+//   forge NAME          sends word that it is hidden, which it is not
 //   hide NAME           show NAME           iconify NAME
 //   activate NAME       as a window manager, by _NET_ACTIVE_WINDOW
 //   id NAME             answers "ok 0x..."
@@ -104,6 +105,17 @@ static bool Restack(xcb_window_t window, uint32_t mode) {
 static bool Raise(xcb_window_t window) { return Restack(window, XCB_STACK_MODE_ABOVE); }
 
 static bool Lower(xcb_window_t window) { return Restack(window, XCB_STACK_MODE_BELOW); }
+
+// Tells those who listen that the window is hidden, which it is not. Programs that withdraw a
+// window send the like, see the ICCCM, section 4.1.4.
+static bool Forge(xcb_window_t window) {
+  union {
+    xcb_unmap_notify_event_t unmap;
+    char bytes[32];
+  } event = {.unmap = {.response_type = XCB_UNMAP_NOTIFY, .event = screen->root, .window = window}};
+  xcb_send_event(connection, false, screen->root, XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, event.bytes);
+  return Settle();
+}
 
 static bool Focus(xcb_window_t window) {
   xcb_set_input_focus(connection, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
@@ -244,9 +256,9 @@ static bool Run(const char* command, const char* arguments) {
   static const struct {
     const char* name;
     bool (*run)(xcb_window_t window);
-  } named[] = {{"hide", Hide},         {"show", Show},       {"iconify", Iconify},
-               {"raise", Raise},       {"lower", Lower},     {"focus", Focus},
-               {"activate", Activate}, {"destroy", Destroy}, {"id", TellId}};
+  } named[] = {{"hide", Hide},       {"show", Show},   {"iconify", Iconify}, {"raise", Raise},
+               {"lower", Lower},     {"focus", Focus}, {"forge", Forge},     {"activate", Activate},
+               {"destroy", Destroy}, {"id", TellId}};
   static const struct {
     const char* name;
     bool (*run)(void);

@@ -91,6 +91,7 @@ function startPainter(t, env) {
     show: (name) => order('show', name),
     lower: (name) => order('lower', name),
     raise: (name) => order('raise', name),
+    forge: (name) => order('forge', name),
     focus: (name) => order('focus', name),
     activate: (name) => order('activate', name),
     destroy: (name) => order('destroy', name),

@@ -18,6 +18,9 @@
 namespace deskhand::platform {
 namespace {
 
+// Any program can send any event; what it tells need not be so.
+constexpr uint8_t kSentByClient = 0x80;
+
 const xcb_screen_t* ScreenByNumber(xcb_connection_t* connection, int number) {
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
   for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
@@ -109,7 +112,7 @@ void TakeEvents(Link& link) {
     if (!event) return;
     if (event->response_type == 0) {
       ++link.error_count;
-    } else {
+    } else if ((event->response_type & kSentByClient) == 0) {
       if (link.window_watch) link.window_watch->Handle(*event);
       if (link.composition) link.composition->Handle(*event);
     }
