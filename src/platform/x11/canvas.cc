@@ -13,6 +13,7 @@
 
 #include "platform/x11/error_trap.h"
 #include "platform/x11/property.h"
+#include "platform/x11/protocol_rect.h"
 #include "platform/x11/reply.h"
 #include "platform/x11/window_watch.h"
 
@@ -24,11 +25,6 @@ constexpr double kMostPatched = 0.4;
 
 // So much fits into the processor's cache, at any usual width.
 constexpr int32_t kStripHeight = 64;
-
-xcb_rectangle_t ToRectangle(const PixelRect& rect) {
-  return {static_cast<int16_t>(rect.x), static_cast<int16_t>(rect.y),
-          static_cast<uint16_t>(rect.width), static_cast<uint16_t>(rect.height)};
-}
 
 /// The places that windows left out cover, as far as they lie in `area`; none overlaps another.
 std::vector<PixelRect> CoveredPlaces(const WindowTree& tree,

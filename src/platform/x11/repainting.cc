@@ -8,6 +8,7 @@
 #include <poll.h>
 #include <xcb/composite.h>
 
+#include "platform/x11/protocol_rect.h"
 #include "platform/x11/reply.h"
 #include "platform/x11/subtree_query.h"
 #include "platform/x11/window_watch.h"
@@ -17,11 +18,6 @@ namespace {
 
 // A program that paints in several steps pauses less than this between them.
 constexpr std::chrono::milliseconds kQuietTime{10};
-
-xcb_rectangle_t ToRectangle(const PixelRect& rect) {
-  return {static_cast<int16_t>(rect.x), static_cast<int16_t>(rect.y),
-          static_cast<uint16_t>(rect.width), static_cast<uint16_t>(rect.height)};
-}
 
 /// A window that is drawn.
 struct DrawnWindow {
