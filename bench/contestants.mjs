@@ -2,7 +2,7 @@
 // the wanted size, as base64. What only delivers pixels or another format is finished by sharp, as its
 // users do. A function here loads the contestant and returns the function that takes one picture.
 import { execFile } from 'node:child_process';
-import { randomBytes } from 'node:crypto';
+import { pbkdf2, randomBytes } from 'node:crypto';
 import { existsSync, mkdtempSync, rmSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import { tmpdir } from 'node:os';
@@ -57,6 +57,18 @@ function loadDeskhand(excluded) {
 function loadNoPicture() {
   const takeBytes = promisify(randomBytes);
   return async () => (await takeBytes(77_000)).toString('base64');
+}
+
+/**
+ * Nothing but a promise that takes about as long, in Node's own pool of threads: what then keeps the
+ * JavaScript thread busy is Node.js's own.
+ */
+function loadEmptyPromise() {
+  const derive = promisify(pbkdf2);
+  return async () => {
+    await derive('password', 'salt', 6000, 64, 'sha512');
+    return null;
+  };
 }
 
 // Grabs: functions that return { pixels, width, height, red }.
@@ -118,10 +130,12 @@ function loadScrot(size) {
 }
 
 export const noPicture = 'no picture';
+export const emptyPromise = 'an empty promise';
 
 export const contestants = {
   deskhand: () => loadDeskhand([]),
   [noPicture]: loadNoPicture,
+  [emptyPromise]: loadEmptyPromise,
   'deskhand, one application left out': () => loadDeskhand(['XLogo']),
   'robotjs + sharp': (size) => withSharp(loadRobotjs(), size),
   'robotjs, raw grab alone': (size) => alone(loadRobotjs(), size),
@@ -144,7 +158,7 @@ export const contestants = {
 };
 
 export const peers = Object.keys(contestants).filter(
-  (name) => name !== noPicture && !name.startsWith('deskhand'),
+  (name) => ![noPicture, emptyPromise].includes(name) && !name.startsWith('deskhand'),
 );
 
 /** Their pictures do not show what the others' show. */

@@ -26,6 +26,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/pointer.cc
     src/platform/x11/processes.cc
     src/platform/x11/repainting.cc
+    src/platform/x11/scaling_kernels_portable.cc
     src/platform/x11/screen_capture.cc
     src/platform/x11/session.cc
     src/platform/x11/shared_memory.cc
@@ -36,5 +37,15 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/window_watch.cc)
 target_link_libraries(deskhand_platform PUBLIC PkgConfig::X11_BACKEND Threads::Threads)
 
-# GCC 12 at -O3 rearranges the loop that sums rows, and takes twice the time at 3840 x 2160.
-set_source_files_properties(src/platform/x11/area_scaler.cc PROPERTIES COMPILE_OPTIONS -O2)
+# The scaler's innermost loops, once for any processor and once for those with AVX2.
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
+  target_sources(deskhand_platform PRIVATE src/platform/x11/best_kernels_x86.cc
+                                           src/platform/x11/scaling_kernels_avx2.cc)
+  set_source_files_properties(src/platform/x11/scaling_kernels_avx2.cc
+                              PROPERTIES COMPILE_OPTIONS -mavx2)
+  # GCC warns of vectors of 256 bits as arguments; here only inlined functions have such.
+  set_source_files_properties(src/platform/x11/scaling_kernels_portable.cc
+                              PROPERTIES COMPILE_OPTIONS -Wno-psabi)
+else()
+  target_sources(deskhand_platform PRIVATE src/platform/x11/best_kernels_other.cc)
+endif()

@@ -25,6 +25,14 @@ uint32_t ReadDisplayId(const Napi::CallbackInfo& info, size_t index) {
   return IsNumberAt(info, index) ? ReadUint32(info[index]) : 0;
 }
 
+/// A text that is all ASCII. To decode it as UTF-8 would keep the JavaScript thread for longer.
+Napi::Value AsciiString(Napi::Env env, const std::string& text) {
+  napi_value value = nullptr;
+  const napi_status status = napi_create_string_latin1(env, text.data(), text.size(), &value);
+  NAPI_THROW_IF_FAILED(env, status, Napi::Value());
+  return {env, value};
+}
+
 /// A worker that takes one screenshot; subclasses say which and what of it is returned.
 class CaptureWorker : public PromiseWorker {
  protected:
@@ -44,7 +52,7 @@ class CaptureWorker : public PromiseWorker {
 
   Napi::Object PictureResult(Napi::Env env) const {
     Napi::Object result = Napi::Object::New(env);
-    result.Set("base64", screenshot_.base64);
+    result.Set("base64", AsciiString(env, screenshot_.base64));
     result.Set("width", screenshot_.width);
     result.Set("height", screenshot_.height);
     return result;

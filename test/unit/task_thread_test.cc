@@ -64,6 +64,28 @@ TEST(TaskThread, ATimerFarAwayDoesNotKeepTasksWaiting) {
   thread.Cancel(timer);
 }
 
+TEST(TaskThread, RunsATimerThatIsDueBeforeTheOneItWaitsFor) {
+  TaskThread& thread = NewThread();
+  const auto later = thread.RunAt(Clock::now() + hours(1), [] { FAIL(); });
+  WaitForAll(thread);
+  std::promise<void> done;
+  thread.RunAt(Clock::now() + milliseconds(10), [&] { done.set_value(); });
+  EXPECT_EQ(done.get_future().wait_for(std::chrono::minutes(1)), std::future_status::ready);
+  thread.Cancel(later);
+}
+
+TEST(TaskThread, RunsATimerBehindOneThatWasCancelledWhileItWaited) {
+  TaskThread& thread = NewThread();
+  thread.Cancel(thread.RunAt(Clock::now() + milliseconds(20), [] { FAIL(); }));
+  WaitForAll(thread);
+  std::promise<void> done;
+  const auto cancelled = thread.RunAt(Clock::now() + milliseconds(40), [] { FAIL(); });
+  WaitForAll(thread);
+  thread.Cancel(cancelled);
+  thread.RunAt(Clock::now() + milliseconds(60), [&] { done.set_value(); });
+  EXPECT_EQ(done.get_future().wait_for(std::chrono::minutes(1)), std::future_status::ready);
+}
+
 TEST(TaskThread, ReleasesWhatATaskHoldsOnceItHasRun) {
   TaskThread& thread = NewThread();
   auto held = std::make_shared<int>(1);
@@ -90,8 +112,9 @@ TEST(TaskThread, StartsATaskBesideItsCallerOnAnotherProcessor) {
   const cpu_set_t allowed = AllowedProcessors();
   if (CPU_COUNT(&allowed) < 2) GTEST_SKIP() << "there is one processor only";
   TaskThread& thread = NewThread();
-  // The system may move either thread at any time: one of these attempts sees it does not.
-  for (int attempt = 0; attempt < 100; ++attempt) {
+  // The system may move either thread at any time, and for as long as others keep the processors
+  // busy: sooner or later an attempt sees that it does not.
+  for (const Deadline end = Clock::now() + std::chrono::seconds(20); Clock::now() < end;) {
     const int here = sched_getcpu();
     thread.Post([here] { StayOn(here); });
     WaitForAll(thread);

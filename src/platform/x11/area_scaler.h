@@ -7,6 +7,8 @@
 #include <memory>
 #include <vector>
 
+#include "platform/x11/scaling_kernels.h"
+
 namespace deskhand::platform {
 
 /// Which source pixels each target pixel of an axis is made of: consecutive ones, each with a
@@ -92,6 +94,7 @@ class AreaScaler {
 
   const Picture source_;
   const std::shared_ptr<const ScalePlan> plan_;
+  const ScalingKernels& kernels_;
   std::vector<uint16_t>
       summed_;  // the weighted sum of a target row's source rows, and zeros behind
 };

@@ -1,6 +1,7 @@
 #include "platform/x11/monitors.h"
 
 #include <algorithm>
+#include <map>
 #include <utility>
 
 #include <xcb/randr.h>
@@ -28,20 +29,26 @@ std::optional<std::vector<Monitor>> WholeScreen(const Session& session) {
 }
 
 /// None when the server does not say them all.
-std::optional<std::vector<std::string>> AtomNames(xcb_connection_t* connection,
+std::optional<std::vector<std::string>> AtomNames(Link& link,
                                                   const std::vector<xcb_atom_t>& atoms) {
-  std::vector<xcb_get_atom_name_cookie_t> cookies;
-  cookies.reserve(atoms.size());
-  for (const xcb_atom_t atom : atoms) cookies.push_back(xcb_get_atom_name(connection, atom));
-  std::vector<std::string> names;
-  for (const auto cookie : cookies) {
+  std::map<xcb_atom_t, xcb_get_atom_name_cookie_t> cookies;
+  for (const xcb_atom_t atom : atoms) {
+    if (link.atom_names.contains(atom)) continue;
+    cookies.emplace(atom, xcb_get_atom_name(link.connection, atom));
+  }
+  for (const auto& [atom, cookie] : cookies) {
     // Each is taken: XCB keeps replies that nobody takes.
-    if (const auto reply = Await(connection, xcb_get_atom_name_reply, cookie)) {
-      names.emplace_back(xcb_get_atom_name_name(reply.get()),
-                         xcb_get_atom_name_name_length(reply.get()));
+    if (const auto reply = Await(link.connection, xcb_get_atom_name_reply, cookie)) {
+      link.atom_names[atom] = {xcb_get_atom_name_name(reply.get()),
+                               size_t(xcb_get_atom_name_name_length(reply.get()))};
     }
   }
-  if (names.size() < atoms.size()) return std::nullopt;
+  std::vector<std::string> names;
+  for (const xcb_atom_t atom : atoms) {
+    const auto known = link.atom_names.find(atom);
+    if (known == link.atom_names.end()) return std::nullopt;
+    names.push_back(known->second);
+  }
   return names;
 }
 
@@ -74,7 +81,7 @@ std::optional<std::vector<Monitor>> QueryMonitors(const Session& session) {
       atoms.push_back(info.name);
       monitors.push_back({.bounds = {info.x, info.y, info.width, info.height}});
     }
-    const auto names = AtomNames(connection, atoms);
+    const auto names = AtomNames(session.link(), atoms);
     if (!names) return std::nullopt;
     const std::vector<uint32_t> ids = MonitorIds(*names);
     for (size_t index = 0; index < monitors.size(); ++index) {

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -36,9 +37,10 @@ struct Link {
   bool has_cursor_images = false;        // XFixes 1
   bool has_shared_memory = false;        // MIT-SHM 1.2, which passes memory as a file descriptor
   std::shared_ptr<SharedMemory> memory;  // for pictures, made when first needed
-  std::unique_ptr<WindowWatch> window_watch;  // since windows were first to be left out
-  std::unique_ptr<Composition> composition;   // since one was
-  uint64_t error_count = 0;                   // errors of requests that have no reply
+  std::unique_ptr<WindowWatch> window_watch;     // since windows were first to be left out
+  std::unique_ptr<Composition> composition;      // since one was
+  std::map<xcb_atom_t, std::string> atom_names;  // of monitors; they last as long as the server
+  uint64_t error_count = 0;                      // errors of requests that have no reply
 };
 
 /// Takes the events that have come, and counts errors. Those of no use are dropped: every client

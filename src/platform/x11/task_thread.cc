@@ -54,10 +54,9 @@ TaskThread::Timer TaskThread::RunAt(Deadline due, std::function<void()> callback
   const std::lock_guard lock(mutex_);
   const Timer timer{due, next_timer_++};
   if (!EnsureStarted()) return timer;
-  const bool is_next = timers_.empty() || timer < timers_.begin()->first;
   timers_.emplace(timer, std::move(callback));
-  // Deadlines mostly lie behind those already waited for; then the thread need not wake.
-  if (is_next) changed_.notify_one();
+  // It mostly waits for an earlier one, though that may have been cancelled.
+  if (due < wakes_at_) changed_.notify_one();
   return timer;
 }
 
@@ -90,12 +89,15 @@ void TaskThread::Run() {
       next = std::move(tasks_.front());
       tasks_.pop_front();
     } else if (timers_.empty()) {
+      wakes_at_ = Deadline::max();
       changed_.wait(lock);
+      wakes_at_ = Deadline::min();
       continue;
     } else {
       // A copy: the timer may be cancelled, and its node freed, while this waits.
-      const Deadline due = timers_.begin()->first.first;
-      changed_.wait_until(lock, due);
+      wakes_at_ = timers_.begin()->first.first;
+      changed_.wait_until(lock, Deadline(wakes_at_));
+      wakes_at_ = Deadline::min();
       continue;
     }
     lock.unlock();

@@ -50,6 +50,7 @@ class TaskThread {
   bool started_ = false;
   pthread_t thread_ = {};  // once started
   uint64_t next_timer_ = 0;
+  Deadline wakes_at_ = Deadline::min();  // by itself; while it runs it looks again anyway
   std::deque<std::function<void()>> tasks_;
   std::map<Timer, std::function<void()>> timers_;
 };
