@@ -1,7 +1,8 @@
 # The Linux/X11 backend: XCB, libjpeg-turbo, GLib.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(X11_BACKEND REQUIRED IMPORTED_TARGET xcb xcb-composite xcb-damage
-                  xcb-randr xcb-render xcb-res xcb-shm xcb-xfixes libjpeg gio-unix-2.0)
+                  xcb-randr xcb-render xcb-res xcb-shm xcb-xfixes xcb-xinput xcb-xkb xcb-xtest xkbcommon-x11 libjpeg
+                  gio-unix-2.0)
 
 add_library(deskhand_platform OBJECT
     src/platform/x11/active_window.cc
@@ -16,8 +17,11 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/exclusion.cc
     src/platform/x11/exclusion_plan.cc
     src/platform/x11/grab.cc
+    src/platform/x11/input.cc
+    src/platform/x11/input_device.cc
     src/platform/x11/jpeg_encoder.cc
     src/platform/x11/jpeg_encoding.cc
+    src/platform/x11/keyboard.cc
     src/platform/x11/leftovers.cc
     src/platform/x11/main_queue.cc
     src/platform/x11/monitors.cc

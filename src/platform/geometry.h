@@ -3,6 +3,11 @@
 
 namespace deskhand {
 
+struct Point {
+  double x = 0;
+  double y = 0;
+};
+
 struct Rect {
   double x = 0;
   double y = 0;

@@ -4,6 +4,7 @@
 
 #include "platform/call_scope.h"
 #include "platform/displays.h"
+#include "platform/input.h"
 #include "platform/main_queue.h"
 #include "platform/screen_capture.h"
 
@@ -26,12 +27,14 @@ int main(int argc, char**) {
   // Never true: the scope and the semaphore are linked, not run.
   if (argc < 0) {
     const CallScope scope;
+    const InputScope input;
     const Semaphore semaphore;
     semaphore.Signal();
     semaphore.Wait({});
   }
   const int count = Refer<&Screens, &MainScreen, &PrimaryScreenHeight, &MainDisplayId,
                           &PostToMainQueue, &Displays, &ApplicationBundleIds, &GetShareableContent,
-                          &CaptureImage, &EncodeJpeg, &SizeInBytes, &Base64>();
+                          &CaptureImage, &EncodeJpeg, &SizeInBytes, &Base64, &PostMouseEvent, &PostWheelEvent,
+                          &PostKeyEvent, &PostText, &CursorPosition, &Pause>();
   std::printf("%d seam functions\n", count);
 }

@@ -68,7 +68,7 @@ std::mutex& Registry() {
 /// and pictures are about the same screen; else what the environment says now.
 std::string CurrentDisplay() {
   const std::lock_guard lock(Registry());
-  for (const Channel* channel : {&QueryChannel(), &CaptureChannel()}) {
+  for (const Channel* channel : {&QueryChannel(), &CaptureChannel(), &InputChannel()}) {
     if (channel->link && !IsHungUp(channel->link->connection)) return channel->link->display;
   }
   // Once for each connection, when XCB itself reads the environment, too.
@@ -126,6 +126,11 @@ Channel& QueryChannel() {
 }
 
 Channel& CaptureChannel() {
+  static Channel& channel = *new Channel;
+  return channel;
+}
+
+Channel& InputChannel() {
   static Channel& channel = *new Channel;
   return channel;
 }

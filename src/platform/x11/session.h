@@ -61,6 +61,9 @@ Channel& QueryChannel();
 /// For pictures; used on the capture thread only.
 Channel& CaptureChannel();
 
+/// For input: one call's events at a time.
+Channel& InputChannel();
+
 class Session {
  public:
   /// Waits for its turn and for a connection until `deadline`, which then bounds every wait for a

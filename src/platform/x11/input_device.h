@@ -1,0 +1,35 @@
+// Fake input, and what of it is held down.
+// Space: pixels of the root window. Thread: whoever has a session on the input channel.
+#pragma once
+
+#include <bitset>
+#include <cstdint>
+
+#include "platform/x11/session.h"
+
+namespace deskhand::platform {
+
+/// The keyboard and mouse that this process plays, through XTEST. The one place that knows what is
+/// held. Requests are sent with the session's next wait or Flush.
+class InputDevice {
+ public:
+  explicit InputDevice(xcb_connection_t* connection) : connection_(connection) {}
+
+  void Key(uint8_t keycode, bool is_down);
+  void Button(uint8_t number, bool is_down);
+
+  /// The server keeps the pointer on its screen.
+  void MoveTo(int16_t x, int16_t y);
+
+  void Flush() { xcb_flush(connection_); }
+
+  const std::bitset<256>& held_keys() const { return held_keys_; }
+  const std::bitset<256>& held_buttons() const { return held_buttons_; }
+
+ private:
+  xcb_connection_t* const connection_;
+  std::bitset<256> held_keys_;
+  std::bitset<256> held_buttons_;
+};
+
+}  // namespace deskhand::platform
