@@ -19,12 +19,15 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/grab.cc
     src/platform/x11/input.cc
     src/platform/x11/input_device.cc
+    src/platform/x11/input_state.cc
     src/platform/x11/jpeg_encoder.cc
     src/platform/x11/jpeg_encoding.cc
     src/platform/x11/keyboard.cc
     src/platform/x11/leftovers.cc
     src/platform/x11/main_queue.cc
+    src/platform/x11/modifiers.cc
     src/platform/x11/monitors.cc
+    src/platform/x11/physical_keys.cc
     src/platform/x11/pixel_format.cc
     src/platform/x11/pixel_rect.cc
     src/platform/x11/pointer.cc

@@ -34,7 +34,7 @@ int main(int argc, char**) {
   }
   const int count = Refer<&Screens, &MainScreen, &PrimaryScreenHeight, &MainDisplayId,
                           &PostToMainQueue, &Displays, &ApplicationBundleIds, &GetShareableContent,
-                          &CaptureImage, &EncodeJpeg, &SizeInBytes, &Base64, &PostMouseEvent, &PostWheelEvent,
-                          &PostKeyEvent, &PostText, &CursorPosition, &Pause>();
+                          &CaptureImage, &EncodeJpeg, &SizeInBytes, &Base64, &PostMouseEvent,
+                          &PostWheelEvent, &PostKeyEvent, &PostText, &CursorPosition, &Pause>();
   std::printf("%d seam functions\n", count);
 }

@@ -1,17 +1,234 @@
 #include "platform/input.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cmath>
+#include <mutex>
+#include <optional>
 #include <thread>
 
-namespace deskhand::platform {
+#include "platform/x11/input_state.h"
+#include "platform/x11/monitors.h"
+#include "platform/x11/reply.h"
+#include "platform/x11/session.h"
 
-InputScope::InputScope(uint64_t, std::u16string_view) {}
-InputScope::~InputScope() = default;
-void PostMouseEvent(const MouseEvent&) {}
-void PostWheelEvent(int32_t, int32_t) {}
-void PostKeyEvent(const KeyEvent&) {}
+namespace deskhand::platform {
+namespace {
+
+// The JavaScript thread waits for each event to be handed over.
+constexpr std::chrono::seconds kLongestWait{2};
+// The server may be slow with so many; the JavaScript thread waits for it to take them.
+constexpr std::chrono::seconds kLongestWheelWait{10};
+
+// One line, one click. So many are a document of ten thousand pages, or a mistake.
+constexpr int64_t kMostClicks = 100'000;
+
+// Button numbers of the X protocol and, for the wheel, of everybody's convention.
+constexpr uint8_t kLeftButton = 1, kMiddleButton = 2, kRightButton = 3;
+constexpr uint8_t kWheelUp = 4, kWheelDown = 5, kWheelLeft = 6, kWheelRight = 7;
+
+/// Whose turn it is: one call's events at a time.
+std::mutex& TurnOfCalls() {
+  static std::mutex& mutex = *new std::mutex;
+  return mutex;
+}
+
+/// What the scope that is open on this thread announced.
+struct OpenScope {
+  uint64_t flags = 0;
+  bool is_guarded = false;
+};
+
+OpenScope& CurrentScope() {
+  thread_local OpenScope scope;
+  return scope;
+}
+
+/// One event's use of the input connection.
+class Posting {
+ public:
+  explicit Posting(std::chrono::seconds longest = kLongestWait)
+      : session_(InputChannel(), Clock::now() + longest),
+        state_(session_ ? InputState::Of(session_) : nullptr) {}
+
+  ~Posting() {
+    if (state_) state_->device.Flush();
+  }
+
+  Posting(const Posting&) = delete;
+  Posting& operator=(const Posting&) = delete;
+
+  /// False when nothing can be posted.
+  explicit operator bool() const { return state_ != nullptr; }
+
+  const Session& session() const { return session_; }
+  InputDevice& device() const { return state_->device; }
+  Keyboard* keyboard() const { return state_->keyboard.get(); }
+
+  /// From here to the end of the scope, of all modifiers just those with `flags` are down. The
+  /// first event that needs it decides.
+  void Guard(uint64_t flags, Locks locks) const {
+    if (CurrentScope().is_guarded || !state_->keyboard) return;
+    EndGuard();  // of a scope that could not reach the server at its end
+    const auto modifiers = ModifierQuestion(session_.connection()).Take();
+    if (!modifiers) return;
+    state_->guard.emplace(session_, state_->device, *state_->keyboard, *modifiers, flags, locks);
+    CurrentScope().is_guarded = true;
+  }
+
+  void EndGuard() const {
+    if (!state_->guard) return;
+    state_->guard->End(session_, state_->device);
+    state_->guard.reset();
+  }
+
+ private:
+  const Session session_;
+  InputState* const state_;
+};
+
+/// The pixel of the root window where a point lies; none for what is not a number.
+std::optional<std::pair<int16_t, int16_t>> ToPixel(const Session& session, const Point& point) {
+  const auto monitors = QueryMonitors(session);
+  if (!monitors || monitors->empty() || std::isnan(point.x) || std::isnan(point.y)) {
+    return std::nullopt;
+  }
+  const PixelRect& primary = monitors->front().bounds;
+  const auto round = [](double value) {
+    return static_cast<int16_t>(std::clamp(std::round(value), -32768.0, 32767.0));
+  };
+  return std::pair{round(primary.x + point.x), round(primary.y + point.y)};
+}
+
+uint8_t NumberOf(MouseButton button) {
+  switch (button) {
+    case MouseButton::kLeft:
+      return kLeftButton;
+    case MouseButton::kRight:
+      return kRightButton;
+    case MouseButton::kCenter:
+      return kMiddleButton;
+  }
+  return kLeftButton;
+}
+
+/// Whether the event presses or releases a button; none for a movement.
+std::optional<bool> IsPress(MouseEventType type) {
+  switch (type) {
+    case MouseEventType::kLeftDown:
+    case MouseEventType::kRightDown:
+    case MouseEventType::kOtherDown:
+      return true;
+    case MouseEventType::kLeftUp:
+    case MouseEventType::kRightUp:
+    case MouseEventType::kOtherUp:
+      return false;
+    case MouseEventType::kMoved:
+    case MouseEventType::kLeftDragged:
+    case MouseEventType::kRightDragged:
+    case MouseEventType::kOtherDragged:
+      return std::nullopt;
+  }
+  return std::nullopt;
+}
+
+void TurnWheel(const Posting& posting, int64_t lines, uint8_t forward, uint8_t backward) {
+  const uint8_t button = lines > 0 ? forward : backward;
+  for (int64_t left = std::min(std::abs(lines), kMostClicks); left > 0; --left) {
+    posting.device().Button(button, true);
+    posting.device().Button(button, false);
+  }
+}
+
+// Virtual key codes.
+constexpr uint16_t kCapsLock = 57, kKeypadClear = 71;
+constexpr uint16_t kKeypad[] = {65, 67, 69, 75, 76, 78, 81, 82, 83, 84, 85, 86, 87, 88, 89, 91, 92};
+
+/// The flag that a modifier key sets by itself; 0 for other keys.
+uint64_t OwnFlag(uint16_t key_code) {
+  switch (key_code) {
+    case 54:
+    case 55:
+      return modifier::kCommand;
+    case 56:
+    case 60:
+      return modifier::kShift;
+    case 58:
+    case 61:
+      return modifier::kOption;
+    case 59:
+    case 62:
+      return modifier::kControl;
+    default:
+      return 0;
+  }
+}
+
+Locks LocksFor(uint16_t key_code) {
+  if (key_code == kCapsLock || key_code == kKeypadClear) return Locks::kAsTheyAre;
+  const bool is_keypad =
+      std::find(std::begin(kKeypad), std::end(kKeypad), key_code) != std::end(kKeypad);
+  return is_keypad ? Locks::kNumbers : Locks::kOff;
+}
+
+}  // namespace
+
+InputScope::InputScope(uint64_t flags, std::u16string_view) {
+  TurnOfCalls().lock();
+  CurrentScope() = {.flags = flags};
+}
+
+InputScope::~InputScope() {
+  if (CurrentScope().is_guarded) {
+    const Posting posting;
+    if (posting) posting.EndGuard();
+  }
+  CurrentScope() = {};
+  TurnOfCalls().unlock();
+}
+
+void PostMouseEvent(const MouseEvent& event) {
+  const Posting posting;
+  if (!posting) return;
+  const auto pixel = ToPixel(posting.session(), event.position);
+  if (!pixel) return;
+  const auto is_press = IsPress(event.type);
+  if (is_press) posting.Guard(CurrentScope().flags, Locks::kAsTheyAre);
+  posting.device().MoveTo(pixel->first, pixel->second);
+  if (is_press) posting.device().Button(NumberOf(event.button), *is_press);
+}
+
+void PostWheelEvent(int32_t vertical, int32_t horizontal) {
+  const Posting posting(kLongestWheelWait);
+  if (!posting || (vertical == 0 && horizontal == 0)) return;
+  posting.Guard(CurrentScope().flags, Locks::kAsTheyAre);
+  TurnWheel(posting, vertical, kWheelUp, kWheelDown);
+  TurnWheel(posting, horizontal, kWheelLeft, kWheelRight);
+}
+
+void PostKeyEvent(const KeyEvent& event) {
+  const Posting posting;
+  if (!posting || !posting.keyboard()) return;
+  const auto key = posting.keyboard()->KeycodeFor(event.key_code);
+  if (!key) return;
+  posting.Guard(CurrentScope().flags & ~OwnFlag(event.key_code), LocksFor(event.key_code));
+  posting.device().Key(*key, event.is_down);
+}
+
 void PostText(std::u16string_view) {}
-Point CursorPosition() { return {}; }
+
+Point CursorPosition() {
+  const Session session(InputChannel(), Clock::now() + kLongestWait);
+  if (!session) return {};
+  xcb_connection_t* const connection = session.connection();
+  const auto cookie = xcb_query_pointer(connection, session.screen().root);
+  const auto monitors = QueryMonitors(session);
+  const auto pointer = Await(connection, xcb_query_pointer_reply, cookie);
+  if (!pointer || !monitors || monitors->empty()) return {};
+  const PixelRect& primary = monitors->front().bounds;
+  return {double(pointer->root_x - primary.x), double(pointer->root_y - primary.y)};
+}
+
 void Pause(uint32_t microseconds) {
   std::this_thread::sleep_for(std::chrono::microseconds(microseconds));
 }

@@ -16,6 +16,8 @@ class InputDevice {
   explicit InputDevice(xcb_connection_t* connection) : connection_(connection) {}
 
   void Key(uint8_t keycode, bool is_down);
+  /// Presses a key that was down before we came: it is not ours.
+  void GiveBack(uint8_t keycode);
   void Button(uint8_t number, bool is_down);
 
   /// The server keeps the pointer on its screen.
@@ -30,6 +32,7 @@ class InputDevice {
   xcb_connection_t* const connection_;
   std::bitset<256> held_keys_;
   std::bitset<256> held_buttons_;
+  std::bitset<256> given_back_;
 };
 
 }  // namespace deskhand::platform

@@ -13,4 +13,6 @@ void Keyboard::Handle(const xcb_generic_event_t&) {}
 
 std::optional<uint8_t> Keyboard::KeycodeFor(uint16_t) const { return std::nullopt; }
 
+std::optional<uint8_t> Keyboard::KeycodeOfSymbol(xkb_keysym_t) const { return std::nullopt; }
+
 }  // namespace deskhand::platform

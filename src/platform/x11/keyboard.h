@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+#include <xkbcommon/xkbcommon.h>
+
 #include "platform/x11/input_device.h"
 #include "platform/x11/session.h"
 
@@ -23,6 +25,9 @@ class Keyboard {
   /// The key for a virtual key code (a position on the ANSI keyboard): the one that has the key's
   /// symbol in the active layout, else that in its place. None when the keyboard has neither.
   std::optional<uint8_t> KeycodeFor(uint16_t virtual_key_code) const;
+
+  /// A key that gives this symbol.
+  std::optional<uint8_t> KeycodeOfSymbol(xkb_keysym_t symbol) const;
 
  private:
   Keyboard();

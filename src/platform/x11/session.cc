@@ -12,6 +12,7 @@
 
 #include "platform/x11/composition.h"
 #include "platform/x11/connect.h"
+#include "platform/x11/input_state.h"
 #include "platform/x11/reply.h"
 #include "platform/x11/window_watch.h"
 
@@ -115,6 +116,7 @@ void TakeEvents(Link& link) {
     } else if ((event->response_type & kSentByClient) == 0) {
       if (link.window_watch) link.window_watch->Handle(*event);
       if (link.composition) link.composition->Handle(*event);
+      if (link.input && link.input->keyboard) link.input->keyboard->Handle(*event);
     }
   }
 }
