@@ -51,8 +51,11 @@ class Posting {
       : session_(InputChannel(), Clock::now() + longest),
         state_(session_ ? InputState::Of(session_) : nullptr) {}
 
+  /// Waits until the server has the events: whatever is asked next, on any connection, comes after.
   ~Posting() {
-    if (state_) state_->device.Flush();
+    if (!state_) return;
+    Await(session_.connection(), xcb_get_input_focus_reply,
+          xcb_get_input_focus(session_.connection()));
   }
 
   Posting(const Posting&) = delete;

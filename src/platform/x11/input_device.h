@@ -10,7 +10,7 @@
 namespace deskhand::platform {
 
 /// The keyboard and mouse that this process plays, through XTEST. The one place that knows what is
-/// held. Requests are sent with the session's next wait or Flush.
+/// held. Nothing here waits for the server.
 class InputDevice {
  public:
   explicit InputDevice(xcb_connection_t* connection) : connection_(connection) {}
@@ -22,8 +22,6 @@ class InputDevice {
 
   /// The server keeps the pointer on its screen.
   void MoveTo(int16_t x, int16_t y);
-
-  void Flush() { xcb_flush(connection_); }
 
   const std::bitset<256>& held_keys() const { return held_keys_; }
   const std::bitset<256>& held_buttons() const { return held_buttons_; }
