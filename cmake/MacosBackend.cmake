@@ -11,6 +11,7 @@ set(CMAKE_OBJCXX_VISIBILITY_PRESET hidden)
 add_library(deskhand_platform OBJECT
     src/platform/macos/call_scope.mm
     src/platform/macos/displays.mm
+    src/platform/macos/input.mm
     src/platform/macos/jpeg_encoding.mm
     src/platform/macos/main_queue.mm
     src/platform/macos/screen_capture.mm)

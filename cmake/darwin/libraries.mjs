@@ -18,12 +18,17 @@ export const libraries = [
     name: 'CoreFoundation',
     installName: `${frameworks}/CoreFoundation.framework/Versions/A/CoreFoundation`,
     classes: ['NSDictionary', 'NSMutableArray'],
-    symbols: ['__CFConstantStringClassReference', '__NSArray0__'],
+    symbols: ['CFRelease', '__CFConstantStringClassReference', '__NSArray0__'],
   },
   {
     name: 'CoreGraphics',
     installName: `${frameworks}/CoreGraphics.framework/Versions/A/CoreGraphics`,
-    symbols: ['CGMainDisplayID'],
+    symbols: [
+      'CGMainDisplayID',
+      ...['CGEventCreate', 'CGEventCreateKeyboardEvent', 'CGEventCreateMouseEvent'],
+      ...['CGEventCreateScrollWheelEvent', 'CGEventGetLocation', 'CGEventKeyboardSetUnicodeString'],
+      ...['CGEventPost', 'CGEventSetFlags', 'CGEventSetIntegerValueField', 'CGEventSourceCreate'],
+    ],
   },
   {
     name: 'Foundation',
@@ -48,7 +53,8 @@ export const libraries = [
       ...['_NSConcreteStackBlock', '_Unwind_Resume', '__stack_chk_fail', '__stack_chk_guard'],
       ...['_dispatch_main_q', 'dispatch_async', 'dispatch_time'],
       ...['dispatch_semaphore_create', 'dispatch_semaphore_signal', 'dispatch_semaphore_wait'],
-      ...['memcmp', 'memcpy', 'memmove', 'strcmp', 'strlen'],
+      ...['bzero', 'memchr', 'memcmp', 'memcpy', 'memmove', 'strcmp', 'strlen', 'usleep'],
+      '__cxa_atexit', // static objects
       'printf', // the seam check's, not the addon's
     ],
   },
@@ -84,10 +90,16 @@ export const libraries = [
       // std::mutex: lock, unlock, destructor
       ...['_ZNSt3__15mutex4lockEv', '_ZNSt3__15mutex6unlockEv', '_ZNSt3__15mutexD1Ev'],
 
-      // std::string: append(count, char), insert(position, text, length), reserve
+      // Static objects of functions.
+      ...['__cxa_guard_acquire', '__cxa_guard_release'],
+
+      // std::string: append(count, char), append(text, length), insert(position, text, length),
+      // push_back, reserve
       '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6appendEmc',
+      '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6appendEPKcm',
       '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE6insertEmPKcm',
       '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE7reserveEm',
+      '_ZNSt3__112basic_stringIcNS_11char_traitsIcEENS_9allocatorIcEEE9push_backEc',
 
       '_ZNSt3__112__next_primeEm', // the number of buckets of a std::unordered_set
     ],

@@ -28,6 +28,7 @@ const defaults = {
   content: {},         // over contentDefaults; the displays are those of the screens
   image: {},           // over imageDefaults
   jpeg: { bytes: 1000 },
+  cursor: [0, 0],      // where the pointer is, until a mouse event is posted
   mainQueue: 'serviced',
   timeScale: 1,        // by which the waits that the addon asks for are multiplied
   failing: [],         // names of calls that give nil, NULL or an error whenever they are made

@@ -49,6 +49,7 @@ add_library(macdoubles SHARED
     ${_here}/doubles/core/recorder.cc
     ${_here}/doubles/core/tracked_object.mm
     ${_here}/doubles/cg_display.mm
+    ${_here}/doubles/cg_event.mm
     ${_here}/doubles/core_foundation.mm
     ${_here}/doubles/dispatch.mm
     ${_here}/doubles/dispatch_semaphore.mm
@@ -60,7 +61,8 @@ add_library(macdoubles SHARED
     ${_here}/doubles/sc_errors.mm
     ${_here}/doubles/sc_screenshot_manager.mm
     ${_here}/doubles/sc_shareable_content.mm
-    ${_here}/doubles/sc_stream.mm)
+    ${_here}/doubles/sc_stream.mm
+    ${_here}/doubles/usleep.cc)
 set_target_properties(macdoubles PROPERTIES
     CXX_VISIBILITY_PRESET default OBJCXX_VISIBILITY_PRESET default VISIBILITY_INLINES_HIDDEN OFF)
 target_include_directories(macdoubles
@@ -75,8 +77,11 @@ target_compile_options(macdoubles PRIVATE
     # A framework's class answers for its class methods; another class, tracked, for the instances.
     $<$<COMPILE_LANGUAGE:OBJCXX>:-Wno-incomplete-implementation>
     $<$<COMPILE_LANGUAGE:OBJCXX>:-Wno-objc-property-implementation>)
-# Whatever links Objective-C modules has them registered by way of runtime/module_loading.cc.
-target_link_options(macdoubles PUBLIC -Wl,--wrap=__objc_exec_class PRIVATE -Wl,--no-undefined)
+# Whatever links Objective-C modules has them registered by way of runtime/module_loading.cc, and
+# pauses by way of doubles/usleep.cc: the C library's own function would be found before a double of
+# the same name.
+target_link_options(macdoubles
+    PUBLIC -Wl,--wrap=__objc_exec_class,--wrap=usleep PRIVATE -Wl,--no-undefined)
 
 target_link_libraries(deskhand_platform PUBLIC macdoubles PRIVATE macdoubles_arc)
 

@@ -4,6 +4,7 @@
 #import <CoreFoundation/CoreFoundation.h>
 
 #include "core/recorder.h"
+#include "core/tracked_object.h"
 
 namespace {
 
@@ -18,5 +19,6 @@ CFTypeRef CFRetain(CFTypeRef reference) {
 
 void CFRelease(CFTypeRef reference) {
   if (!reference) macdoubles::Violate("CFRelease(NULL)");
+  macdoubles::Record("CFRelease", {macdoubles::LabelOf(ObjectOf(reference))});
   [ObjectOf(reference) release];
 }

@@ -1,4 +1,4 @@
-// Geometry in the record and in scenes: [x, y, width, height] and [width, height].
+// Geometry in the record and in scenes: [x, y, width, height], [width, height] and [x, y].
 #pragma once
 
 #import <CoreFoundation/CoreFoundation.h>
@@ -12,6 +12,14 @@ inline Value ToValue(NSRect rect) {
 }
 
 inline Value ToValue(NSSize size) { return Value::List{size.width, size.height}; }
+
+inline Value ToValue(NSPoint point) { return Value::List{point.x, point.y}; }
+
+inline NSPoint ToPoint(const Value& value) {
+  const Value::List numbers = value.Items();
+  if (numbers.size() != 2) return NSZeroPoint;
+  return NSMakePoint(numbers[0].Number(), numbers[1].Number());
+}
 
 inline NSRect ToRect(const Value& value) {
   const Value::List numbers = value.Items();

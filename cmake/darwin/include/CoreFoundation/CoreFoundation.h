@@ -1,6 +1,33 @@
 // The part of CoreFoundation that the macOS backend uses, declared from its public documentation.
 #pragma once
 
+// An option set is a plain integer in C++, so that its values can be combined with |.
+#define CF_ENUM(type, name) \
+  enum name : type name;    \
+  enum name : type
+#ifdef __cplusplus
+#define CF_OPTIONS(type, name) \
+  type name;                   \
+  enum : type
+#else
+#define CF_OPTIONS(type, name) CF_ENUM(type, name)
+#endif
+
+typedef unsigned short UniChar;
+typedef unsigned long UniCharCount;
+
+typedef const void* CFTypeRef;
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+void CFRelease(CFTypeRef object);
+
+#ifdef __cplusplus
+}
+#endif
+
 typedef double CGFloat;
 
 struct CGPoint {

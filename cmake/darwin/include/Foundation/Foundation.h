@@ -6,17 +6,8 @@
 #include <objc/NSObject.h>
 #include <os/availability.h>
 
-// An option set is a plain integer in C++, so that its values can be combined with |.
-#define NS_ENUM(type, name) \
-  enum name : type name;    \
-  enum name : type
-#ifdef __cplusplus
-#define NS_OPTIONS(type, name) \
-  type name;                   \
-  enum : type
-#else
-#define NS_OPTIONS(type, name) NS_ENUM(type, name)
-#endif
+#define NS_ENUM(type, name) CF_ENUM(type, name)
+#define NS_OPTIONS(type, name) CF_OPTIONS(type, name)
 
 #pragma clang assume_nonnull begin
 

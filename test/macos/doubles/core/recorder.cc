@@ -75,6 +75,12 @@ Value SceneOf(const std::string& name) {
   return state.scene[name];
 }
 
+void ChangeInScene(const std::string& name, Value value) {
+  State& state = TheState();
+  const std::lock_guard lock(state.mutex);
+  state.scene.Set(name, std::move(value));
+}
+
 void Record(std::string name, Value::List arguments) {
   State& state = TheState();
   const std::lock_guard lock(state.mutex);

@@ -39,6 +39,9 @@ void ChangeScene(Value scene);
 /// A part of the scene by its top-level name; null when the test left it out.
 Value SceneOf(const std::string& name);
 
+/// Scripts one part of the scene differently: what a call has changed in the world.
+void ChangeInScene(const std::string& name, Value value);
+
 /// A message, which a name in brackets is, is recorded as a violation too when the caller has no
 /// autorelease pool open: what the framework autoreleases on its way would stay.
 void Record(std::string name, Value::List arguments = {});

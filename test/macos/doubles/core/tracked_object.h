@@ -24,7 +24,7 @@
 
 namespace macdoubles {
 
-/// The label of any double, "nil" for nil.
+/// The label of any double, dead ones too; "nil" for nil.
 std::string LabelOf(id object);
 
 }  // namespace macdoubles

@@ -61,6 +61,7 @@ void BeginCounting() {
 
 std::string LabelOf(id object) {
   if (!object) return "nil";
+  if (object_getClass(object) == objc_getClass("DeadObject")) return "dead " + LabelOfDead(object);
   if ([object isKindOfClass:[TrackedObject class]]) {
     return [static_cast<TrackedObject*>(object) label];
   }

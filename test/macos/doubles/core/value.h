@@ -40,6 +40,11 @@ class Value {
     return found == object->end() ? Value() : found->second;
   }
 
+  /// Gives an object a member; anything else stays what it is.
+  void Set(const std::string& key, Value value) {
+    if (auto* object = std::get_if<Object>(&data_)) (*object)[key] = std::move(value);
+  }
+
   template <class Visitor>
   decltype(auto) Visit(Visitor&& visitor) const {
     return std::visit(std::forward<Visitor>(visitor), data_);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <stdbool.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
@@ -12,6 +13,13 @@ extern "C" {
 #pragma clang assume_nonnull begin
 
 // Geometry.
+
+static inline CGPoint CGPointMake(CGFloat x, CGFloat y) {
+  CGPoint point;
+  point.x = x;
+  point.y = y;
+  return point;
+}
 
 static inline CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat height) {
   CGRect rect;
@@ -31,6 +39,75 @@ typedef struct __attribute__((objc_bridge(id))) CGImage* CGImageRef;
 typedef uint32_t CGDirectDisplayID;
 
 CGDirectDisplayID CGMainDisplayID(void);
+
+// Quartz Event Services.
+
+typedef struct __attribute__((objc_bridge(id))) __CGEvent* CGEventRef;
+typedef struct __attribute__((objc_bridge(id))) __CGEventSource* CGEventSourceRef;
+
+typedef uint16_t CGKeyCode;
+
+typedef CF_ENUM(int32_t, CGEventSourceStateID) { kCGEventSourceStatePrivate = -1 };
+
+typedef CF_ENUM(uint32_t, CGEventTapLocation) { kCGHIDEventTap = 0 };
+
+typedef CF_ENUM(uint32_t, CGMouseButton) {
+  kCGMouseButtonLeft = 0,
+  kCGMouseButtonRight = 1,
+  kCGMouseButtonCenter = 2,
+};
+
+typedef CF_ENUM(uint32_t, CGScrollEventUnit) { kCGScrollEventUnitLine = 1 };
+
+typedef CF_OPTIONS(uint64_t, CGEventFlags) {
+  kCGEventFlagMaskShift = 0x20000,
+  kCGEventFlagMaskControl = 0x40000,
+  kCGEventFlagMaskAlternate = 0x80000,
+  kCGEventFlagMaskCommand = 0x100000,
+  kCGEventFlagMaskSecondaryFn = 0x800000,
+};
+
+typedef CF_ENUM(uint32_t, CGEventType) {
+  kCGEventLeftMouseDown = 1,
+  kCGEventLeftMouseUp = 2,
+  kCGEventRightMouseDown = 3,
+  kCGEventRightMouseUp = 4,
+  kCGEventMouseMoved = 5,
+  kCGEventLeftMouseDragged = 6,
+  kCGEventRightMouseDragged = 7,
+  kCGEventOtherMouseDown = 25,
+  kCGEventOtherMouseUp = 26,
+  kCGEventOtherMouseDragged = 27,
+};
+
+typedef CF_ENUM(uint32_t, CGEventField) { kCGMouseEventClickState = 1 };
+
+CGEventSourceRef _Nullable CGEventSourceCreate(CGEventSourceStateID stateID);
+
+CGEventRef _Nullable CGEventCreate(CGEventSourceRef _Nullable source);
+
+CGEventRef _Nullable CGEventCreateMouseEvent(CGEventSourceRef _Nullable source,
+                                             CGEventType mouseType, CGPoint mouseCursorPosition,
+                                             CGMouseButton mouseButton);
+
+CGEventRef _Nullable CGEventCreateKeyboardEvent(CGEventSourceRef _Nullable source,
+                                                CGKeyCode virtualKey, bool keyDown);
+
+// Variable arguments: one int32_t for each further wheel.
+CGEventRef _Nullable CGEventCreateScrollWheelEvent(CGEventSourceRef _Nullable source,
+                                                   CGScrollEventUnit units, uint32_t wheelCount,
+                                                   int32_t wheel1, ...);
+
+CGPoint CGEventGetLocation(CGEventRef _Nullable event);
+
+void CGEventSetFlags(CGEventRef _Nullable event, CGEventFlags flags);
+
+void CGEventSetIntegerValueField(CGEventRef _Nullable event, CGEventField field, int64_t value);
+
+void CGEventKeyboardSetUnicodeString(CGEventRef _Nullable event, UniCharCount stringLength,
+                                     const UniChar* _Nullable unicodeString);
+
+void CGEventPost(CGEventTapLocation tap, CGEventRef _Nullable event);
 
 #pragma clang assume_nonnull end
 

@@ -9,6 +9,13 @@ typedef NSPoint CGPoint;
 typedef NSSize CGSize;
 typedef NSRect CGRect;
 
+// The macros behind NS_ENUM and NS_OPTIONS.
+#define CF_ENUM NS_ENUM
+#define CF_OPTIONS NS_OPTIONS
+
+typedef unsigned short UniChar;
+typedef unsigned long UniCharCount;
+
 typedef const void* CFTypeRef;
 
 #ifdef __cplusplus
