@@ -50,6 +50,10 @@ bool IsNumberAt(const Napi::CallbackInfo& info, size_t index) {
   return index < info.Length() && info[index].IsNumber();
 }
 
+bool IsStringAt(const Napi::CallbackInfo& info, size_t index) {
+  return index < info.Length() && info[index].IsString();
+}
+
 bool AreNumbers(const Napi::CallbackInfo& info, size_t first, size_t last) {
   for (size_t index = first; index <= last; ++index) {
     if (!IsNumberAt(info, index)) return false;
@@ -62,6 +66,10 @@ int32_t ReadInt32(const Napi::Value& value) { return value.As<Napi::Number>().In
 uint32_t ReadUint32(const Napi::Value& value) { return value.As<Napi::Number>().Uint32Value(); }
 
 double ReadDouble(const Napi::Value& value) { return value.As<Napi::Number>().DoubleValue(); }
+
+std::string ReadUtf8(const Napi::Value& value) { return value.As<Napi::String>().Utf8Value(); }
+
+std::u16string ReadUtf16(const Napi::Value& value) { return value.As<Napi::String>().Utf16Value(); }
 
 std::optional<std::vector<std::string>> ReadStrings(const Napi::Array& array) {
   const uint32_t length = array.Length();

@@ -4,6 +4,8 @@
 
 #include "capture/capture_handlers.h"
 #include "displays/display_handlers.h"
+#include "input/keyboard_handlers.h"
+#include "input/mouse_handlers.h"
 #include "platform/call_scope.h"
 
 namespace deskhand {
@@ -23,9 +25,22 @@ struct Export {
   Handler handler;
 };
 
+// In the order in which they are attached.
 constexpr Export kExports[] = {
-    {"captureDisplay", Scoped<CaptureDisplay>},           {"captureRegion", Scoped<CaptureRegion>},
-    {"calculateTargetSize", Scoped<CalculateTargetSize>}, {"listDisplays", Scoped<ListDisplays>},
+    {"captureDisplay", Scoped<CaptureDisplay>},
+    {"captureRegion", Scoped<CaptureRegion>},
+    {"calculateTargetSize", Scoped<CalculateTargetSize>},
+    {"mouseClick", Scoped<MouseClick>},
+    {"mouseMove", Scoped<MouseMove>},
+    {"mouseDrag", Scoped<MouseDrag>},
+    {"mouseDown", Scoped<MouseDown>},
+    {"mouseUp", Scoped<MouseUp>},
+    {"scroll", Scoped<Scroll>},
+    {"getCursorPosition", Scoped<GetCursorPosition>},
+    {"typeText", Scoped<TypeText>},
+    {"keyPress", Scoped<KeyPress>},
+    {"keyHold", Scoped<KeyHold>},
+    {"listDisplays", Scoped<ListDisplays>},
     {"getDisplaySize", Scoped<GetDisplaySize>},
 };
 
