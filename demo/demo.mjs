@@ -1,14 +1,15 @@
-// The main job on a real screen: list the displays, take a screenshot of one, of a region, and without
-// one application, and show it all on a page. Without a display, on a private desktop that is gone
-// afterwards.
+// The main job: list the displays, take a screenshot of one, of a region, and without one application,
+// and show it all on a page. Without a display this happens on a private desktop that is gone
+// afterwards; there, the demo also types, drags and scrolls.
 // Usage: demo.mjs [BUNDLE-IDENTIFIER of the application to leave out]
 import { mkdirSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
 import path from 'node:path';
 import { fileURLToPath, pathToFileURL } from 'node:url';
 
-import { startDesktop, until } from './desktop.mjs';
+import { startDesktop, startTerminalFormAndBrowser, until } from './desktop.mjs';
 import { renderReport } from './report.mjs';
+import { act, startWorkbench } from './workbench.mjs';
 
 const deskhand = createRequire(import.meta.url)('..');
 const out = path.join(path.dirname(fileURLToPath(import.meta.url)), '..', 'out', 'demo');
@@ -78,6 +79,14 @@ async function showMainJob(leftOut) {
   };
 }
 
+/** Acts on a page, with a picture after it: the picture before is that of the display. */
+async function showActing(workbench) {
+  const steps = await act(deskhand, workbench);
+  await untilPainted();
+  const picture = await timed(() => deskhand.captureDisplay([], 0.8));
+  return { steps, ...save('acted.jpg', picture) };
+}
+
 const hasDisplay = process.platform !== 'linux' || Boolean(process.env.DISPLAY);
 console.log(
   hasDisplay
@@ -85,13 +94,19 @@ console.log(
     : 'There is no display: starting a private one, with a terminal, a GTK form and a browser.',
 );
 const leftOut = process.argv[2] ?? (hasDisplay ? null : 'Zenity');
-const desktop = hasDisplay ? null : await startDesktop();
+const workbench = hasDisplay ? null : await startWorkbench();
+const startPrograms = (desktop) =>
+  startTerminalFormAndBrowser({ ...desktop, url: workbench.url });
+const desktop = hasDisplay ? null : await startDesktop({ startPrograms });
 try {
   mkdirSync(out, { recursive: true });
   if (desktop) await untilPainted();
   const page = path.join(out, 'index.html');
-  writeFileSync(page, renderReport(await showMainJob(leftOut)));
+  const seen = await showMainJob(leftOut);
+  const acted = workbench && (await showActing(workbench));
+  writeFileSync(page, renderReport({ ...seen, acted }));
   console.log(`The pictures, with sizes and times: ${pathToFileURL(page)}`);
 } finally {
   await desktop?.stop();
+  workbench?.stop();
 }

@@ -84,8 +84,16 @@ async function startServer(start, density) {
   return number.trim();
 }
 
-/** Returns the number of windows that they open, as each `startPrograms` does. */
-export function startTerminalFormAndBrowser({ start, profile, density }) {
+/**
+ * Returns the number of windows that they open, as each `startPrograms` does. `url`: of the page in
+ * the browser.
+ */
+export function startTerminalFormAndBrowser({
+  start,
+  profile,
+  density,
+  url = pathToFileURL(path.join(here, 'page.html')),
+}) {
   const corner = Math.round(40 * density);
   start('xterm', [
     ...['-fa', 'DejaVu Sans Mono', '-fs', `${11 * density}`],
@@ -102,7 +110,6 @@ export function startTerminalFormAndBrowser({ start, profile, density }) {
     ],
     { env: { ...process.env, GDK_SCALE: widgetScale, GDK_DPI_SCALE: density / widgetScale } },
   );
-  const page = pathToFileURL(path.join(here, 'page.html'));
   start('chromium', [
     // A page of our own in a container: no sandbox to set up, nothing to fetch.
     ...['--no-sandbox', '--test-type', '--disable-gpu', '--disable-dev-shm-usage'],
@@ -110,7 +117,7 @@ export function startTerminalFormAndBrowser({ start, profile, density }) {
     ...['--disable-sync', `--user-data-dir=${profile}`],
     // Position and size are in units of the scale.
     ...[`--force-device-scale-factor=${density}`],
-    ...['--window-position=1130,140', '--window-size=770,560', `--app=${page}`],
+    ...['--window-position=1130,140', '--window-size=770,560', `--app=${url}`],
   ]);
   return 3;
 }

@@ -31,15 +31,25 @@ ${figure('Without it', without)}
 </div>`;
 }
 
+function actions(display, acted) {
+  if (!acted) return '';
+  return `<h2>Acting</h2>
+${table(acted.steps)}
+<div class="pair">
+${figure('Before', display)}
+${figure('After', acted)}
+</div>`;
+}
+
 /**
  * `displays` as listDisplays gives them; pictures with name, size, bytes and milliseconds; `without`,
- * if any, is one that leaves out the application `leftOut`.
+ * if any, is one that leaves out the application `leftOut`; `acted`, if any, one after the `steps`.
  */
-export function renderReport({ displays, display, region, without, firstMilliseconds }) {
+export function renderReport({ displays, display, region, without, acted, firstMilliseconds }) {
   return `<!doctype html>
 <html lang="en">
 <meta charset="utf-8">
-<title>deskhand: what it sees</title>
+<title>deskhand: what it sees and does</title>
 <style>
 body { font: 16px/1.5 sans-serif; margin: 2em; }
 table { border-collapse: collapse; }
@@ -49,7 +59,7 @@ img { max-width: 100%; height: auto; border: 1px solid #ccc; }
 .pair { display: flex; gap: 1em; }
 .pair figure { flex: 1; margin: 0; }
 </style>
-<h1>deskhand: what it sees</h1>
+<h1>deskhand: what it sees and does</h1>
 <h2>listDisplays()</h2>
 ${table(displays)}
 <h2>captureDisplay([], 0.8)</h2>
@@ -58,6 +68,7 @@ ${figure(`Display ${display.displayId}`, display)}
 <h2>captureRegion([], ${region.x}, ${region.y}, ${region.width}, ${region.height}, …)</h2>
 ${figure('A region, a pixel for a point', region)}
 ${comparison(display, without)}
+${actions(display, acted)}
 </html>
 `;
 }

@@ -65,9 +65,12 @@ class Modifiers : public testing::Test {
       const bool is_key = event.type == XCB_KEY_PRESS || event.type == XCB_KEY_RELEASE;
       log += is_down ? "+" : "-";
       log += is_key ? NameOf(event.detail) : "button";
-      for (const auto& [mask, name] :
-           {std::pair{kShift, " S"}, {kControl, " C"}, {kAlt, " A"}, {kSuper, " W"},
-            {kCaps, " caps"}, {kNum, " num"}}) {
+      for (const auto& [mask, name] : {std::pair{kShift, " S"},
+                                       {kControl, " C"},
+                                       {kAlt, " A"},
+                                       {kSuper, " W"},
+                                       {kCaps, " caps"},
+                                       {kNum, " num"}}) {
         if ((event.state & mask) != 0) log += name;
       }
       log += '\n';
@@ -91,8 +94,7 @@ class Modifiers : public testing::Test {
 
 TEST_F(Modifiers, GoDownOnceBeforeAClickAndUpOnceAfterIt) {
   Click(platform::modifier::kShift | platform::modifier::kCommand);
-  EXPECT_EQ(Log(),
-            "+shift\n+super S\n+button S W\n-button S W\n-super S W\n-shift S\n");
+  EXPECT_EQ(Log(), "+shift\n+super S\n+button S W\n-button S W\n-super S W\n-shift S\n");
 }
 
 TEST_F(Modifiers, OfAllNamesAreTheKeysThatTheyMean) {

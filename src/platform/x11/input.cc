@@ -6,7 +6,9 @@
 #include <mutex>
 #include <optional>
 #include <thread>
+#include <utility>
 
+#include "platform/x11/call_snapshot.h"
 #include "platform/x11/input_state.h"
 #include "platform/x11/monitors.h"
 #include "platform/x11/reply.h"
@@ -44,16 +46,26 @@ OpenScope& CurrentScope() {
   return scope;
 }
 
+/// The pixel of the root window where a point lies.
+std::pair<int16_t, int16_t> ToPixel(const Point& point, const PixelRect& primary) {
+  const auto round = [](double value) {
+    return static_cast<int16_t>(std::clamp(std::round(value), -32768.0, 32767.0));
+  };
+  return {round(primary.x + point.x), round(primary.y + point.y)};
+}
+
 /// One event's use of the input connection.
 class Posting {
  public:
   explicit Posting(std::chrono::seconds longest = kLongestWait)
       : session_(InputChannel(), Clock::now() + longest),
-        state_(session_ ? InputState::Of(session_) : nullptr) {}
+        state_(session_ ? InputState::Of(session_) : nullptr) {
+    if (state_) settled_count_ = state_->device.count();
+  }
 
   /// Waits until the server has the events: whatever is asked next, on any connection, comes after.
   ~Posting() {
-    if (!state_) return;
+    if (!state_ || state_->device.count() == settled_count_) return;
     Await(session_.connection(), xcb_get_input_focus_reply,
           xcb_get_input_focus(session_.connection()));
   }
@@ -68,12 +80,34 @@ class Posting {
   InputDevice& device() const { return state_->device; }
   Keyboard* keyboard() const { return state_->keyboard.get(); }
 
+  /// Moves the pointer. False when it is not known where the point lies.
+  bool MoveTo(const Point& point) {
+    if (std::isnan(point.x) || std::isnan(point.y)) return false;
+    CallSnapshot alone;
+    CallSnapshot& snapshot = CurrentCallSnapshot() ? *CurrentCallSnapshot() : alone;
+    // Monitors hardly ever change: the pointer moves as if they had not while they are asked for.
+    const auto guess = state_->primary;
+    if (guess) Move(ToPixel(point, *guess));
+    if (!snapshot.monitors) {
+      snapshot.monitors = QueryMonitors(session_);
+      settled_count_ = state_->device.count();
+    }
+    if (!snapshot.monitors || snapshot.monitors->empty()) return false;
+    const PixelRect& primary = snapshot.monitors->front().bounds;
+    if (guess != primary) Move(ToPixel(point, primary));
+    state_->primary = primary;
+    return true;
+  }
+
+  bool is_guarded() const { return CurrentScope().is_guarded || !state_->keyboard; }
+
   /// From here to the end of the scope, of all modifiers just those with `flags` are down. The
-  /// first event that needs it decides.
-  void Guard(uint64_t flags, Locks locks) const {
-    if (CurrentScope().is_guarded || !state_->keyboard) return;
+  /// first event that needs it decides. `question`: asked before, or none.
+  void Guard(uint64_t flags, Locks locks, ModifierQuestion* question = nullptr) const {
+    if (is_guarded()) return;
     EndGuard();  // of a scope that could not reach the server at its end
-    const auto modifiers = ModifierQuestion(session_.connection()).Take();
+    const auto modifiers =
+        question ? question->Take() : ModifierQuestion(session_.connection()).Take();
     if (!modifiers) return;
     state_->guard.emplace(session_, state_->device, *state_->keyboard, *modifiers, flags, locks);
     CurrentScope().is_guarded = true;
@@ -86,22 +120,14 @@ class Posting {
   }
 
  private:
+  void Move(const std::pair<int16_t, int16_t>& pixel) const {
+    state_->device.MoveTo(pixel.first, pixel.second);
+  }
+
   const Session session_;
   InputState* const state_;
+  uint64_t settled_count_ = 0;  // of the events that the server has for certain
 };
-
-/// The pixel of the root window where a point lies; none for what is not a number.
-std::optional<std::pair<int16_t, int16_t>> ToPixel(const Session& session, const Point& point) {
-  const auto monitors = QueryMonitors(session);
-  if (!monitors || monitors->empty() || std::isnan(point.x) || std::isnan(point.y)) {
-    return std::nullopt;
-  }
-  const PixelRect& primary = monitors->front().bounds;
-  const auto round = [](double value) {
-    return static_cast<int16_t>(std::clamp(std::round(value), -32768.0, 32767.0));
-  };
-  return std::pair{round(primary.x + point.x), round(primary.y + point.y)};
-}
 
 uint8_t NumberOf(MouseButton button) {
   switch (button) {
@@ -191,14 +217,14 @@ InputScope::~InputScope() {
 }
 
 void PostMouseEvent(const MouseEvent& event) {
-  const Posting posting;
+  Posting posting;
   if (!posting) return;
-  const auto pixel = ToPixel(posting.session(), event.position);
-  if (!pixel) return;
   const auto is_press = IsPress(event.type);
-  if (is_press) posting.Guard(CurrentScope().flags, Locks::kAsTheyAre);
-  posting.device().MoveTo(pixel->first, pixel->second);
-  if (is_press) posting.device().Button(NumberOf(event.button), *is_press);
+  std::optional<ModifierQuestion> question;
+  if (is_press && !posting.is_guarded()) question.emplace(posting.session().connection());
+  if (!posting.MoveTo(event.position) || !is_press) return;
+  posting.Guard(CurrentScope().flags, Locks::kAsTheyAre, question ? &*question : nullptr);
+  posting.device().Button(NumberOf(event.button), *is_press);
 }
 
 void PostWheelEvent(int32_t vertical, int32_t horizontal) {

@@ -23,11 +23,17 @@ class InputDevice {
   /// The server keeps the pointer on its screen.
   void MoveTo(int16_t x, int16_t y);
 
+  /// How many events were posted.
+  uint64_t count() const { return count_; }
+
   const std::bitset<256>& held_keys() const { return held_keys_; }
   const std::bitset<256>& held_buttons() const { return held_buttons_; }
 
  private:
+  void Fake(uint8_t type, uint8_t detail, int16_t x = 0, int16_t y = 0);
+
   xcb_connection_t* const connection_;
+  uint64_t count_ = 0;
   std::bitset<256> held_keys_;
   std::bitset<256> held_buttons_;
   std::bitset<256> given_back_;
