@@ -1,0 +1,62 @@
+'use strict';
+
+const path = require('node:path');
+const { execFile } = require('node:child_process');
+const { promisify } = require('node:util');
+const { startLineProgram } = require('./line_program.js');
+
+const run = promisify(execFile);
+
+const root = path.join(__dirname, '..', '..');
+const program =
+  process.env.DESKHAND_KEYBOARD ?? path.join(root, 'build', 'unit', 'test', 'support', 'keyboard');
+
+/** Keycodes of the usual keyboard: what is printed on a key changes with the layout, these do not. */
+const KEY = { backspace: 22, return: 36, control: 37, shift: 50, alt: 64, pause: 127 };
+
+/** Core modifier masks. */
+const MASK = { shift: 1, lock: 2, control: 4, alt: 8, super: 64 };
+
+/** '3:50,7:50,' as [[3, 50], [7, 50]]: which device holds what. */
+function heldOf(text) {
+  const items = text.split(',').filter(Boolean);
+  return items.map((item) => item.split(':').map(Number));
+}
+
+/** The keyboard of a server as its user has it; see keyboard.c. */
+function startKeyboard(t, env) {
+  const ask = startLineProgram(t, program, [], env);
+  const order = async (...words) => {
+    const [verdict, ...rest] = (await ask(...words)).split(' ');
+    if (verdict !== 'ok') throw new Error(`the keyboard cannot do "${words.join(' ')}"`);
+    return rest;
+  };
+  return {
+    /** { base, latched, locked, group, keys, buttons }; the last two as [device, number] pairs. */
+    async state() {
+      const words = await order('state');
+      const { keys, buttons, ...masks } = Object.fromEntries(words.map((word) => word.split('=')));
+      const numbers = Object.entries(masks).map(([name, value]) => [name, Number(value)]);
+      return {
+        ...Object.fromEntries(numbers),
+        keys: heldOf(keys),
+        buttons: heldOf(buttons),
+      };
+    },
+    /** Which key gives what with which modifiers, by keycode; keys that give nothing are absent. */
+    layout: async () => new Map((await order('layout')).map((word) => word.split('='))),
+    /** On the user's own keyboard, which is another than that of programs. */
+    press: (keycode) => order('press', keycode),
+    release: (keycode) => order('release', keycode),
+    /** As programs do it. */
+    tap: (keycode) => order('tap', keycode),
+    /** Locks modifiers (Caps Lock is one) and unlocks all others. */
+    lock: (mask) => order('lock', mask),
+    /** Chooses one of several layouts, counted from 0. */
+    chooseLayout: (number) => order('group', number),
+    /** 'us', or several as in 'us,ru'. */
+    setLayouts: (layouts) => run('setxkbmap', ['-layout', layouts], { env }),
+  };
+}
+
+module.exports = { KEY, MASK, startKeyboard };
