@@ -5,7 +5,8 @@
 // "error". All that an answer tells of, and all that a command does, has happened then.
 //
 //   state            answers "ok" and NAME=VALUE words: `keys` and `buttons`, each DEVICE:NUMBER of
-//                    what is down, and the core keyboard's base, latched, locked and group
+//                    what is down, the core keyboard's base, latched, locked and group, and
+//                    `pointer`, X,Y
 //   layout           answers "ok" and a word KEYCODE=LEVEL,... for each key that gives something; a
 //                    level is GROUP/LEVEL/MODIFIERS/SYMBOL, the last two in hexadecimal
 //   press KEYCODE    release KEYCODE    on the user's own keyboard
@@ -111,8 +112,12 @@ static void PrintHeldOfAll(uint8_t wanted) {
 static bool PrintState(void) {
   xcb_xkb_get_state_reply_t* state = xcb_xkb_get_state_reply(
       connection, xcb_xkb_get_state(connection, XCB_XKB_ID_USE_CORE_KBD), NULL);
-  if (!state) return false;
-  printf("ok base=%u latched=%u locked=%u group=%u keys=", state->baseMods, state->latchedMods,
+  xcb_query_pointer_reply_t* pointer =
+      xcb_query_pointer_reply(connection, xcb_query_pointer(connection, root), NULL);
+  if (!state || !pointer) return false;
+  printf("ok pointer=%d,%d ", pointer->root_x, pointer->root_y);
+  free(pointer);
+  printf("base=%u latched=%u locked=%u group=%u keys=", state->baseMods, state->latchedMods,
          state->lockedMods, state->group);
   free(state);
   PrintHeldOfAll(kKeyClass);

@@ -12,7 +12,7 @@ const program =
   process.env.DESKHAND_KEYBOARD ?? path.join(root, 'build', 'unit', 'test', 'support', 'keyboard');
 
 /** Keycodes of the usual keyboard: what is printed on a key changes with the layout, these do not. */
-const KEY = { backspace: 22, return: 36, control: 37, shift: 50, alt: 64, pause: 127 };
+const KEY = { escape: 9, backspace: 22, return: 36, control: 37, shift: 50, alt: 64, pause: 127 };
 
 /** Core modifier masks. */
 const MASK = { shift: 1, lock: 2, control: 4, alt: 8, super: 64 };
@@ -32,12 +32,13 @@ function startKeyboard(t, env) {
     return rest;
   };
   return {
-    /** { base, latched, locked, group, keys, buttons }; the last two as [device, number] pairs. */
+    /** { pointer: [x, y], base, latched, locked, group, keys, buttons }; the last two as [device, number]. */
     async state() {
       const words = await order('state');
-      const { keys, buttons, ...masks } = Object.fromEntries(words.map((word) => word.split('=')));
+      const { pointer, keys, buttons, ...masks } = Object.fromEntries(words.map((word) => word.split('=')));
       const numbers = Object.entries(masks).map(([name, value]) => [name, Number(value)]);
       return {
+        pointer: pointer.split(',').map(Number),
         ...Object.fromEntries(numbers),
         keys: heldOf(keys),
         buttons: heldOf(buttons),

@@ -3,9 +3,8 @@
 const fs = require('node:fs');
 const os = require('node:os');
 const path = require('node:path');
-const readline = require('node:readline');
 const { atEnd } = require('./cleanup.js');
-const { start } = require('./processes.js');
+const { startLineProgram } = require('./line_program.js');
 
 const root = path.join(__dirname, '..', '..');
 const program =
@@ -53,23 +52,7 @@ function readPpm(file) {
 
 /** Paints on a server; see painter.c. Each function resolves when its effect is on the screen. */
 function startPainter(t, env) {
-  if (!fs.existsSync(program)) {
-    throw new Error(`${program} is missing: cmake --preset unit && cmake --build --preset unit`);
-  }
-  const child = start(t, program, [], { env, stdio: ['pipe', 'pipe', 'pipe'] });
-  const waiting = [];
-  const settle = (answer) => waiting.shift()?.(answer);
-  readline.createInterface({ input: child.stdout }).on('line', settle);
-  child.on('exit', () => {
-    while (waiting.length > 0) settle('error: the painter has ended');
-  });
-  child.stdin.on('error', () => {}); // what was asked is answered above
-
-  const ask = (...words) =>
-    new Promise((resolve) => {
-      waiting.push(resolve);
-      child.stdin.write(`${words.join(' ')}\n`);
-    });
+  const ask = startLineProgram(t, program, [], env);
   /** What the answer says besides "ok". */
   const order = async (...words) => {
     const [verdict, ...rest] = (await ask(...words)).split(' ');

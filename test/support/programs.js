@@ -54,12 +54,9 @@ async function startTerminal(
   return program;
 }
 
-/** A browser that shows `html` in a window without controls; resolves when it is on the screen. */
-async function startBrowser(t, desktop, { x, y, width, height, html, probe, colour }) {
-  const folder = temporaryFolder(t);
-  const page = path.join(folder, 'page.html');
-  fs.writeFileSync(page, html);
-  const program = start(
+/** Starts a browser with a page, by its address, in a window without controls. */
+function openBrowser(t, desktop, { x, y, width, height, url, folder }) {
+  return start(
     t,
     'chromium',
     [
@@ -68,10 +65,18 @@ async function startBrowser(t, desktop, { x, y, width, height, html, probe, colo
       `--user-data-dir=${path.join(folder, 'profile')}`,
       `--window-position=${x},${y}`,
       `--window-size=${width},${height}`,
-      `--app=${pathToFileURL(page)}`,
+      `--app=${url}`,
     ],
     { env: { ...desktop.env, HOME: folder, XDG_CONFIG_HOME: folder, XDG_CACHE_HOME: folder } },
   );
+}
+
+/** A browser that shows `html` in a window without controls; resolves when it is on the screen. */
+async function startBrowser(t, desktop, { html, probe, colour, ...place }) {
+  const folder = temporaryFolder(t);
+  const page = path.join(folder, 'page.html');
+  fs.writeFileSync(page, html);
+  const program = openBrowser(t, desktop, { ...place, url: pathToFileURL(page), folder });
   await shows(desktop, program, { ...probe, colour });
   await settles(desktop);
   return program;
@@ -109,4 +114,4 @@ async function startDialog(t, desktop, { width, height, text }) {
   return program;
 }
 
-module.exports = { startBrowser, startDialog, startTerminal };
+module.exports = { openBrowser, settles, startBrowser, startDialog, startTerminal };

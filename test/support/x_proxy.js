@@ -2,9 +2,8 @@
 
 const fs = require('node:fs');
 const path = require('node:path');
-const readline = require('node:readline');
 const { atEnd } = require('./cleanup.js');
-const { start } = require('./processes.js');
+const { startLineProgram } = require('./line_program.js');
 const { highDisplayNumber } = require('./x_server.js');
 
 const root = path.join(__dirname, '..', '..');
@@ -13,28 +12,12 @@ const program =
 
 /** A display that passes everything on to a local server; see x_proxy.c. */
 async function startXProxy(t, server) {
-  if (!fs.existsSync(program)) {
-    throw new Error(`${program} is missing: cmake --preset unit && cmake --build --preset unit`);
-  }
   const number = highDisplayNumber();
   atEnd(t, () => fs.rmSync(`/tmp/.X11-unix/X${number}`, { force: true }));
-  const child = start(t, program, [String(number), server.display.slice(1)], {
-    stdio: ['pipe', 'pipe', 'pipe'],
-  });
-  const waiting = [];
-  const settle = (answer) => waiting.shift()?.(answer);
-  readline.createInterface({ input: child.stdout }).on('line', settle);
-  child.on('exit', () => {
-    while (waiting.length > 0) settle('the proxy has ended');
-  });
-  child.stdin.on('error', () => {}); // what was asked is answered above
-
+  const ask = startLineProgram(t, program, [String(number), server.display.slice(1)]);
   /** The number of answers since the last spoil(). */
   const order = async (...words) => {
-    const answer = await new Promise((resolve) => {
-      waiting.push(resolve);
-      child.stdin.write(`${words.join(' ')}\n`);
-    });
+    const answer = await ask(...words);
     const [, count] = /^ok (\d+)$/.exec(answer) ?? [];
     if (!count) throw new Error(`the proxy cannot do "${words.join(' ')}": ${answer}`);
     return Number(count);
