@@ -2,6 +2,7 @@
 
 #include <condition_variable>
 #include <mutex>
+#include <sstream>
 #include <thread>
 #include <utility>
 
@@ -92,6 +93,64 @@ std::shared_ptr<const EncodedImage> EncodeJpeg(const CapturedImage&, int32_t, in
   if (!platform.encoded_size) return nullptr;
   return std::make_shared<const EncodedImage>(EncodedImage{*platform.encoded_size});
 }
+
+namespace {
+
+/// A line like "key 8 down, flags 0x100000".
+void RecordInput(std::string line, std::optional<uint64_t> flags = {}) {
+  if (flags) {
+    std::ostringstream mask;
+    mask << ", flags 0x" << std::hex << *flags;
+    line += mask.str();
+  }
+  FakePlatform::Get().input.push_back(std::move(line));
+}
+
+/// Printable ASCII as it is, any other unit as its number.
+std::string Show(std::u16string_view text) {
+  std::ostringstream shown;
+  for (const char16_t unit : text) {
+    if (unit >= u' ' && unit <= u'~') {
+      shown << static_cast<char>(unit);
+    } else {
+      shown << '<' << std::hex << static_cast<unsigned>(unit) << '>';
+    }
+  }
+  return shown.str();
+}
+
+}  // namespace
+
+InputScope::InputScope(uint64_t flags, std::u16string_view text) {
+  RecordInput(text.empty() ? "begin" : "begin '" + Show(text) + "'",
+              flags == 0 ? std::nullopt : std::optional(flags));
+}
+
+InputScope::~InputScope() { RecordInput("end"); }
+
+void PostMouseEvent(const MouseEvent& event) {
+  FakePlatform::Get().mouse_events.push_back(event);
+  std::ostringstream line;
+  line << "mouse " << static_cast<uint32_t>(event.type) << " at " << event.position.x << ","
+       << event.position.y << " button " << static_cast<uint32_t>(event.button);
+  if (event.click_state) line << ", click " << *event.click_state;
+  RecordInput(line.str(), event.flags);
+}
+
+void PostWheelEvent(int32_t vertical, int32_t horizontal) {
+  RecordInput("wheel " + std::to_string(vertical) + "," + std::to_string(horizontal));
+}
+
+void PostKeyEvent(const KeyEvent& event) {
+  RecordInput("key " + std::to_string(event.key_code) + (event.is_down ? " down" : " up"),
+              event.flags);
+}
+
+void PostText(std::u16string_view run) { RecordInput("text '" + Show(run) + "'"); }
+
+Point CursorPosition() { return FakePlatform::Get().cursor; }
+
+void Pause(uint32_t microseconds) { RecordInput("pause " + std::to_string(microseconds)); }
 
 size_t SizeInBytes(const EncodedImage& encoded) { return encoded.size; }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/displays.h"
+#include "platform/input.h"
 #include "platform/screen_capture.h"
 
 namespace deskhand::platform {
@@ -38,6 +39,9 @@ struct FakePlatform {
   std::optional<std::string> image_error;
   std::optional<size_t> encoded_size = 1000;
 
+  // Input
+  Point cursor;
+
   // Main queue: posted work runs on a thread of its own, unless it is held back.
   bool main_queue_is_serviced = true;
   std::vector<std::function<void()>> held_back;
@@ -47,6 +51,9 @@ struct FakePlatform {
   std::optional<CaptureConfiguration> configuration;
   std::optional<double> quality;
   std::vector<std::chrono::nanoseconds> waits;  // as asked for; they really last a thousandth
+
+  std::vector<std::string> input;  // scopes, events and pauses in order, a line each
+  std::vector<MouseEvent> mouse_events;
 
   static FakePlatform& Get();
   static void Reset();
