@@ -20,4 +20,13 @@ inline std::optional<xcb_atom_t> InternAtom(xcb_connection_t* connection, std::s
   return reply->atom;
 }
 
+/// The same, giving the name an atom when it has none.
+inline std::optional<xcb_atom_t> MakeAtom(xcb_connection_t* connection, std::string_view name) {
+  const auto reply =
+      Await(connection, xcb_intern_atom_reply,
+            xcb_intern_atom(connection, /*only_if_exists=*/false, name.size(), name.data()));
+  if (!reply) return std::nullopt;
+  return reply->atom;
+}
+
 }  // namespace deskhand::platform

@@ -1,0 +1,40 @@
+// Who gets what is typed. Thread: whoever has a session on the input channel.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "platform/x11/session.h"
+
+namespace deskhand::platform {
+
+struct PingAtoms {
+  xcb_atom_t protocols;  // WM_PROTOCOLS
+  xcb_atom_t ping;       // _NET_WM_PING
+};
+
+/// None when the server does not say.
+std::optional<PingAtoms> QueryPingAtoms(xcb_connection_t* connection);
+
+/// A top-level window, or what has the focus when none is found; none when nothing has.
+struct Receiver {
+  xcb_window_t window = XCB_NONE;
+  bool answers_pings = false;
+};
+
+/// Where key presses go now. `focus` is what the server says has the focus.
+Receiver FindReceiver(const Session& session, const PingAtoms& atoms, xcb_window_t focus);
+
+/// The window that has the focus, or one of XCB_INPUT_FOCUS_NONE and _POINTER_ROOT. All that was
+/// sent before has been carried out then. None when the connection is broken.
+std::optional<xcb_window_t> QueryFocus(const Session& session);
+
+/// Whether `window` is there, and answers pings.
+std::optional<Receiver> LookUpReceiver(const Session& session, const PingAtoms& atoms,
+                                       xcb_window_t window);
+
+/// Asks the window's program to answer, with `number`, to the root window.
+void SendPing(const Session& session, const PingAtoms& atoms, xcb_window_t window,
+              uint32_t number);
+
+}  // namespace deskhand::platform
