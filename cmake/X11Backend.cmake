@@ -22,24 +22,33 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/input_state.cc
     src/platform/x11/jpeg_encoder.cc
     src/platform/x11/jpeg_encoding.cc
+    src/platform/x11/key_codes.cc
     src/platform/x11/keyboard.cc
+    src/platform/x11/keymap.cc
     src/platform/x11/leftovers.cc
+    src/platform/x11/lent_keys.cc
+    src/platform/x11/live_keymap.cc
     src/platform/x11/main_queue.cc
     src/platform/x11/modifiers.cc
     src/platform/x11/monitors.cc
+    src/platform/x11/pending_uses.cc
     src/platform/x11/physical_keys.cc
     src/platform/x11/pixel_format.cc
     src/platform/x11/pixel_rect.cc
     src/platform/x11/pointer.cc
     src/platform/x11/processes.cc
+    src/platform/x11/receiver.cc
     src/platform/x11/repainting.cc
     src/platform/x11/scaling_kernels_portable.cc
     src/platform/x11/screen_capture.cc
     src/platform/x11/session.cc
     src/platform/x11/shared_memory.cc
     src/platform/x11/socket_deadline.cc
+    src/platform/x11/spare_keys.cc
     src/platform/x11/subtree_query.cc
     src/platform/x11/task_thread.cc
+    src/platform/x11/text_typing.cc
+    src/platform/x11/typing_turn.cc
     src/platform/x11/window_support.cc
     src/platform/x11/window_watch.cc)
 target_link_libraries(deskhand_platform PUBLIC PkgConfig::X11_BACKEND Threads::Threads)

@@ -38,6 +38,8 @@ std::mutex& TurnOfCalls() {
 /// What the scope that is open on this thread announced.
 struct OpenScope {
   uint64_t flags = 0;
+  std::u16string_view text;
+  bool is_typing = false;  // the keyboard was told of the text
   bool is_guarded = false;
 };
 
@@ -111,6 +113,16 @@ class Posting {
     if (!modifiers) return;
     state_->guard.emplace(session_, state_->device, *state_->keyboard, *modifiers, flags, locks);
     CurrentScope().is_guarded = true;
+  }
+
+  /// Tells the keyboard of the scope's text, once.
+  void BeginText() const {
+    if (std::exchange(CurrentScope().is_typing, true)) return;
+    keyboard()->BeginText(session_, CurrentScope().text);
+  }
+
+  void EndText() const {
+    if (keyboard() && CurrentScope().is_typing) keyboard()->EndText(session_, device());
   }
 
   void EndGuard() const {
@@ -202,15 +214,18 @@ Locks LocksFor(uint16_t key_code) {
 
 }  // namespace
 
-InputScope::InputScope(uint64_t flags, std::u16string_view) {
+InputScope::InputScope(uint64_t flags, std::u16string_view text) {
   TurnOfCalls().lock();
-  CurrentScope() = {.flags = flags};
+  CurrentScope() = {.flags = flags, .text = text};
 }
 
 InputScope::~InputScope() {
-  if (CurrentScope().is_guarded) {
+  if (CurrentScope().is_guarded || CurrentScope().is_typing) {
     const Posting posting;
-    if (posting) posting.EndGuard();
+    if (posting) {
+      posting.EndText();
+      posting.EndGuard();
+    }
   }
   CurrentScope() = {};
   TurnOfCalls().unlock();
@@ -244,7 +259,13 @@ void PostKeyEvent(const KeyEvent& event) {
   posting.device().Key(*key, event.is_down);
 }
 
-void PostText(std::u16string_view) {}
+void PostText(std::u16string_view run) {
+  const Posting posting;
+  if (!posting || !posting.keyboard()) return;
+  posting.Guard(CurrentScope().flags, Locks::kOff);
+  posting.BeginText();
+  posting.keyboard()->TypeText(posting.session(), posting.device(), run);
+}
 
 Point CursorPosition() {
   const Session session(InputChannel(), Clock::now() + kLongestWait);

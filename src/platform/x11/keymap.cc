@@ -187,10 +187,9 @@ std::unordered_map<char32_t, Stroke> Keymap::Characters(uint8_t group, Modifiers
 }
 
 std::optional<Keymap> ReadKeymap(xcb_connection_t* connection) {
-  const auto reply =
-      Await(connection, xcb_xkb_get_map_reply,
-            xcb_xkb_get_map(connection, XCB_XKB_ID_USE_CORE_KBD, kTypesAndSymbols, 0, 0, 0, 0, 0, 0,
-                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
+  const auto reply = Await(connection, xcb_xkb_get_map_reply,
+                           xcb_xkb_get_map(connection, XCB_XKB_ID_USE_CORE_KBD, kTypesAndSymbols, 0,
+                                           0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
   if (!reply) return std::nullopt;
   return Keymap::Parse(*reply);
 }

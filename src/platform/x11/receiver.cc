@@ -38,10 +38,9 @@ std::optional<PingAtoms> QueryPingAtoms(xcb_connection_t* connection) {
 std::optional<Receiver> LookUpReceiver(const Session& session, const PingAtoms& atoms,
                                        xcb_window_t window) {
   xcb_connection_t* const connection = session.connection();
-  const auto reply =
-      Await(connection, xcb_get_property_reply,
-            xcb_get_property(connection, false, window, atoms.protocols, XCB_ATOM_ATOM, 0,
-                             kMostProtocols));
+  const auto reply = Await(connection, xcb_get_property_reply,
+                           xcb_get_property(connection, false, window, atoms.protocols,
+                                            XCB_ATOM_ATOM, 0, kMostProtocols));
   if (!reply) return std::nullopt;
   if (reply->format != 32) return Receiver{window, false};
   const auto* const protocols = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply.get()));
@@ -52,8 +51,7 @@ std::optional<Receiver> LookUpReceiver(const Session& session, const PingAtoms& 
 Receiver FindReceiver(const Session& session, const PingAtoms& atoms, xcb_window_t focus) {
   xcb_connection_t* const connection = session.connection();
   if (focus == XCB_INPUT_FOCUS_NONE) return {};
-  xcb_window_t window =
-      focus == XCB_INPUT_FOCUS_POINTER_ROOT ? WindowUnderPointer(session) : focus;
+  xcb_window_t window = focus == XCB_INPUT_FOCUS_POINTER_ROOT ? WindowUnderPointer(session) : focus;
   const Receiver innermost{window, false};
   // The focus is often on a window inside of the one that a program is pinged by.
   for (int depth = 0; depth < kDeepestWindow && window != session.screen().root; ++depth) {

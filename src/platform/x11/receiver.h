@@ -34,7 +34,6 @@ std::optional<Receiver> LookUpReceiver(const Session& session, const PingAtoms& 
                                        xcb_window_t window);
 
 /// Asks the window's program to answer, with `number`, to the root window.
-void SendPing(const Session& session, const PingAtoms& atoms, xcb_window_t window,
-              uint32_t number);
+void SendPing(const Session& session, const PingAtoms& atoms, xcb_window_t window, uint32_t number);
 
 }  // namespace deskhand::platform

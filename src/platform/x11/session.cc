@@ -22,6 +22,10 @@ namespace {
 // Any program can send any event; what it tells need not be so.
 constexpr uint8_t kSentByClient = 0x80;
 
+bool IsMessage(const xcb_generic_event_t& event) {
+  return (event.response_type & ~kSentByClient) == XCB_CLIENT_MESSAGE;
+}
+
 const xcb_screen_t* ScreenByNumber(xcb_connection_t* connection, int number) {
   auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
   for (; number > 0 && screens.rem > 1; --number) xcb_screen_next(&screens);
@@ -117,6 +121,9 @@ void TakeEvents(Link& link) {
       if (link.window_watch) link.window_watch->Handle(*event);
       if (link.composition) link.composition->Handle(*event);
       if (link.input && link.input->keyboard) link.input->keyboard->Handle(*event);
+    } else if (link.input && link.input->keyboard && IsMessage(*event)) {
+      link.input->keyboard->HandleMessage(
+          reinterpret_cast<const xcb_client_message_event_t&>(*event));
     }
   }
 }

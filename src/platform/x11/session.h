@@ -84,6 +84,13 @@ class Session {
 
   Link& link() const { return *link_; }
 
+  /// Moves the deadline, for a wait that is not for the server but asks it now and then.
+  void SetDeadline(Deadline deadline) const {
+    if (!error().empty()) return;  // the connection is broken, or about to be
+    bound_.reset();
+    bound_.emplace(link_->connection, deadline);
+  }
+
   /// Gives the connection up at the end of the session, and with it all that the server keeps or
   /// sends on its account.
   void Abandon() { is_abandoned_ = true; }
@@ -98,7 +105,7 @@ class Session {
   Channel& channel_;
   const bool has_turn_;
   std::shared_ptr<Link> link_;
-  std::optional<SocketDeadline> bound_;
+  mutable std::optional<SocketDeadline> bound_;  // how long we wait is no part of what we know
   std::string error_;
   bool is_abandoned_ = false;
 };

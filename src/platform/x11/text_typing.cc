@@ -1,0 +1,292 @@
+#include "platform/x11/text_typing.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+#include <poll.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
+
+#include "platform/x11/reply.h"
+
+namespace deskhand::platform {
+namespace {
+
+// Where the third level's key is on nearly all keyboards. Some keymaps have it on another keycode,
+// too, which no keyboard sends.
+constexpr uint8_t kRightAlt = 108;
+constexpr uint8_t kLeftShift = 50;
+
+// How long the server may take to answer while we wait for somebody else.
+constexpr std::chrono::seconds kLongestAnswer{2};
+
+// After this time without news we look whether a receiver is still there.
+constexpr std::chrono::milliseconds kLookInterval{50};
+
+std::u32string CharactersOf(std::u16string_view text) {
+  std::u32string characters;
+  while (!text.empty()) characters += TakeCharacter(&text);
+  return characters;
+}
+
+/// Waits for the server to send something.
+void WaitForNews(xcb_connection_t* connection, Deadline until) {
+  xcb_flush(connection);
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
+  pollfd socket{xcb_get_file_descriptor(connection), POLLIN, 0};
+  poll(&socket, 1, static_cast<int>(std::max<int64_t>(left, 0)));
+}
+
+}  // namespace
+
+std::unique_ptr<TextTyping> TextTyping::Start(const Session& session, LiveKeymap& keymap) {
+  const auto atoms = QueryPingAtoms(session.connection());
+  const auto turn = TypingTurn::Start(session);
+  if (!atoms || !turn) return nullptr;
+  return std::unique_ptr<TextTyping>(new TextTyping(session, keymap, *turn, *atoms));
+}
+
+TextTyping::TextTyping(const Session& session, LiveKeymap& keymap, TypingTurn turn,
+                       const PingAtoms& atoms)
+    : connection_(session.connection()),
+      root_(session.screen().root),
+      atoms_(atoms),
+      keymap_(keymap),
+      turn_(turn),
+      // Window managers send pings, too, and number them by the server's time.
+      next_ping_(static_cast<uint32_t>(Clock::now().time_since_epoch().count())) {}
+
+void TextTyping::Handle(const xcb_client_message_event_t& message) {
+  const uint32_t* const data = message.data.data32;
+  if (message.window != root_ || message.type != atoms_.protocols || data[0] != atoms_.ping) return;
+  pending_.OnPong(/*window=*/data[2], /*number=*/data[1]);
+}
+
+void TextTyping::Begin(const Session& session, std::u16string_view text) {
+  is_open_ = true;
+  can_type_ = false;
+  ahead_ = text;
+  reader_ = {};
+  if (!turn_.Take(session, Clock::now() + kLongestTypingWait)) return;
+  TakeEvents(session.link());  // what the one before us has changed
+  const auto state = Await(connection_, xcb_xkb_get_state_reply,
+                           xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD));
+  if (!state || !keymap_.Refresh()) return;
+  former_locks_ = locked_ = state->lockedMods & keymap_.AllLevelModifiers();
+  const std::u32string characters = CharactersOf(text);
+  can_type_ =
+      Wanted(characters).empty() || (BeginWithSpareKeys(session) && Prepare(session, characters));
+}
+
+bool TextTyping::BeginWithSpareKeys(const Session& session) {
+  ListenForPongs(true);
+  is_listening_ = true;
+  const auto lent = ReadLentKeys(connection_, root_, keymap_.lent_keys_property());
+  const auto focus = QueryFocus(session);
+  if (!lent || !focus) return false;
+  if (lent->writer != turn_.window()) AdoptUses(session, *lent);
+  published_ = *lent;
+  FindReceiverNow(session, *focus);
+  return true;
+}
+
+/// Another process has typed with the spare keys; nobody knows which, nor whether it still waits.
+void TextTyping::AdoptUses(const Session& session, const LentKeys& lent) {
+  keymap_.spare_keys().SetAllUsed(use_);
+  for (const xcb_window_t window : lent.receivers) {
+    const auto receiver = LookUpReceiver(session, atoms_, window);
+    if (receiver) pending_.Add(window, receiver->answers_pings, use_, Clock::now());
+  }
+  ++use_;
+}
+
+void TextTyping::FindReceiverNow(const Session& session, xcb_window_t focus) {
+  // Where the focus follows the pointer it is another window's without a change.
+  if (focus == focus_ && focus != XCB_INPUT_FOCUS_POINTER_ROOT) return;
+  focus_ = focus;
+  receiver_ = FindReceiver(session, atoms_, focus);
+}
+
+void TextTyping::Type(const Session& session, InputDevice& device, std::u16string_view run) {
+  if (!is_open_ || !can_type_) return;
+  TakeEvents(session.link());
+  if (!keymap_.Refresh()) {
+    can_type_ = false;
+    return;
+  }
+  while (!ahead_.empty() && std::u16string_view(u"\t\n\r").find(ahead_.front()) != ahead_.npos) {
+    ahead_.remove_prefix(1);
+  }
+  // Something else than was announced is typed, too, only nothing is prepared ahead.
+  const bool is_announced = ahead_.substr(0, run.size()) == run;
+  ahead_ = is_announced ? ahead_.substr(run.size()) : std::u16string_view();
+  std::optional<char16_t> next;
+  if (is_announced) next = ahead_.empty() ? u' ' : ahead_.front();
+  TypeAll(session, device, reader_.Read(run, next));
+}
+
+void TextTyping::End(const Session& session, InputDevice& device) {
+  if (!is_open_) return;
+  if (can_type_) TypeAll(session, device, reader_.End());
+  is_open_ = can_type_ = false;
+  ahead_ = {};
+  if (is_listening_) ListenForPongs(false);
+  is_listening_ = false;
+  pending_.ForgetPings();
+  turn_.Give(session);
+}
+
+void TextTyping::TypeAll(const Session& session, InputDevice& device,
+                         const std::u32string& characters) {
+  for (size_t i = 0; i < characters.size() && can_type_; ++i) {
+    if (TypeOne(characters[i], device)) continue;
+    can_type_ = EndStretch(session, device) && (is_listening_ || BeginWithSpareKeys(session)) &&
+                Prepare(session, characters.substr(i) + CharactersOf(ahead_));
+    // Without a single spare key some characters cannot be typed.
+    if (can_type_) TypeOne(characters[i], device);
+  }
+  const bool has_ended = EndStretch(session, device);
+  can_type_ = can_type_ && has_ended;
+}
+
+/// False when the character must be put on a key first.
+bool TextTyping::TypeOne(char32_t character, InputDevice& device) {
+  if (const Stroke* const stroke = keymap_.FindStroke(character)) {
+    HoldModifiers(device, stroke->modifiers);
+    // Those that no key gives.
+    LockModifiers(connection_, stroke->modifiers & ~held_);
+    device.Key(stroke->keycode, true);
+    device.Key(stroke->keycode, false);
+    return true;
+  }
+  const xkb_keysym_t symbol = SymbolOf(character);
+  if (symbol == XKB_KEY_NoSymbol) return true;
+  const auto place = keymap_.spare_keys().Find(symbol);
+  if (!place) return false;
+  // Programs need not know that keys give these modifiers.
+  HoldModifiers(device, 0);
+  LockModifiers(connection_, keymap_.LevelModifiers(place->level));
+  device.Key(place->keycode, true);
+  device.Key(place->keycode, false);
+  keymap_.spare_keys().SetUsed(*place, use_);
+  is_use_pending_ = true;
+  return true;
+}
+
+void TextTyping::HoldModifiers(InputDevice& device, Modifiers modifiers) {
+  const std::pair<Modifiers, std::optional<uint8_t>> keys[] = {
+      {kShiftMask, keymap_.FindKey(XKB_KEY_Shift_L, kLeftShift)},
+      {keymap_.AllLevelModifiers() & ~kShiftMask,
+       keymap_.FindKey(XKB_KEY_ISO_Level3_Shift, kRightAlt)}};
+  for (const auto& [mask, key] : keys) {
+    const bool is_wanted = (modifiers & mask) != 0;
+    const bool is_held = (held_ & mask) != 0;
+    if (!key || is_wanted == is_held) continue;
+    device.Key(*key, is_wanted);
+    held_ ^= mask;
+  }
+}
+
+void TextTyping::LockModifiers(xcb_connection_t* connection, Modifiers modifiers) {
+  if (locked_ == modifiers) return;
+  locked_ = modifiers;
+  xcb_xkb_latch_lock_state(connection, XCB_XKB_ID_USE_CORE_KBD, keymap_.AllLevelModifiers(),
+                           modifiers, 0, 0, 0, 0, 0);
+}
+
+/// Lets go of everything, and takes down who has got what. False when the connection is broken.
+bool TextTyping::EndStretch(const Session& session, InputDevice& device) {
+  HoldModifiers(device, 0);
+  LockModifiers(connection_, former_locks_);
+  xcb_flush(connection_);
+  if (!is_use_pending_) return true;
+  is_use_pending_ = false;
+  const auto add = [this] {
+    if (receiver_.window == XCB_NONE) return;
+    pending_.Add(receiver_.window, receiver_.answers_pings, use_, Clock::now());
+  };
+  add();
+  const auto focus = QueryFocus(session);
+  if (!focus) return false;
+  FindReceiverNow(session, *focus);
+  add();  // the last of them may have gone to another one
+  Publish();
+  SendPings(session);
+  ++use_;
+  return true;
+}
+
+std::vector<xkb_keysym_t> TextTyping::Wanted(std::u32string_view characters) const {
+  std::vector<xkb_keysym_t> wanted;
+  const size_t capacity = keymap_.spare_keys().capacity();
+  for (const char32_t character : characters) {
+    if (wanted.size() >= capacity) break;
+    const xkb_keysym_t symbol = SymbolOf(character);
+    if (symbol == XKB_KEY_NoSymbol || keymap_.FindStroke(character)) continue;
+    if (std::find(wanted.begin(), wanted.end(), symbol) == wanted.end()) wanted.push_back(symbol);
+  }
+  return wanted;
+}
+
+/// Puts as many of the characters on spare keys as there is room for, those that come first first.
+bool TextTyping::Prepare(const Session& session, std::u32string_view characters) {
+  const std::vector<xkb_keysym_t> wanted = Wanted(characters);
+  SpareKeys& keys = keymap_.spare_keys();
+  const auto last_use = keys.LastUseInTheWay(wanted);
+  if (!last_use || !WaitUntilOver(session, *last_use)) return false;
+  const auto changed = keys.Lend(wanted);
+  Publish();  // before, so that whoever sees the change knows whose it is
+  return keymap_.Bind(changed);
+}
+
+void TextTyping::Publish() {
+  LentKeys lent{.writer = turn_.window(),
+                .receivers = pending_.Windows(),
+                .keys = keymap_.spare_keys().Symbols()};
+  const auto& known = lent.receivers;
+  if (receiver_.window != XCB_NONE &&
+      std::find(known.begin(), known.end(), receiver_.window) == known.end()) {
+    lent.receivers.push_back(receiver_.window);
+  }
+  if (lent == published_) return;
+  WriteLentKeys(connection_, root_, keymap_.lent_keys_property(), lent);
+  published_ = std::move(lent);
+}
+
+void TextTyping::SendPings(const Session& session) {
+  for (const xcb_window_t window : pending_.Unpinged()) {
+    SendPing(session, atoms_, window, next_ping_);
+    pending_.OnPing(window, next_ping_++);
+  }
+  xcb_flush(connection_);
+}
+
+bool TextTyping::WaitUntilOver(const Session& session, Use use) {
+  const Deadline deadline = Clock::now() + kLongestTypingWait;
+  Deadline next_look = Clock::now() + kLookInterval;
+  for (;;) {
+    TakeEvents(session.link());
+    const Deadline now = Clock::now();
+    pending_.Expire(now);
+    if (pending_.over() >= use) return true;
+    if (now >= deadline || xcb_connection_has_error(connection_)) return false;
+    session.SetDeadline(now + kLongestAnswer);
+    SendPings(session);
+    if (now >= next_look) {
+      for (const xcb_window_t window : pending_.Windows()) {
+        if (!LookUpReceiver(session, atoms_, window)) pending_.Remove(window);
+      }
+      next_look = Clock::now() + kLookInterval;
+      continue;
+    }
+    WaitForNews(connection_, std::min(next_look, pending_.NextExpiry().value_or(next_look)));
+  }
+}
+
+/// Only while text is typed: the server sends every window's changes along.
+void TextTyping::ListenForPongs(bool is_listening) const {
+  const uint32_t events = is_listening ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : 0;
+  xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &events);
+}
+
+}  // namespace deskhand::platform
