@@ -8,7 +8,10 @@ const { addon, addonPath, doubles } = require('./harness');
 const { runScript } = require('./child');
 
 const names = [
-  'captureDisplay', 'captureRegion', 'calculateTargetSize', 'listDisplays', 'getDisplaySize',
+  'captureDisplay', 'captureRegion', 'calculateTargetSize',
+  'mouseClick', 'mouseMove', 'mouseDrag', 'mouseDown', 'mouseUp', 'scroll', 'getCursorPosition',
+  'typeText', 'keyPress', 'keyHold',
+  'listDisplays', 'getDisplaySize',
 ];
 
 /** Loads the addon a further time, into an exports object of the test's choice. */

@@ -34,9 +34,12 @@ CGEventRef ReferenceTo(DoubleEvent* event) { return reinterpret_cast<CGEventRef>
 
 CGEventRef MakeEvent() { return ReferenceTo([[DoubleEvent alloc] initWithLabel:"event"]); }
 
-/// Records a call on an event, which must be there.
+/// Records a call on an event, which must be there and alive.
 void RecordOn(CGEventRef event, const std::string& function, Value::List arguments) {
-  if (!event) macdoubles::Violate(function + " of no event");
+  const std::string label = LabelOf(ObjectOf(event));
+  if (label != "event") {
+    macdoubles::Violate(function + " of " + (event ? label : std::string("no event")));
+  }
   Record(function, std::move(arguments));
 }
 

@@ -7,6 +7,7 @@
 
 #import <AppKit/AppKit.h>
 #import <CoreFoundation/CoreFoundation.h>
+#import <CoreGraphics/CoreGraphics.h>
 #import <ScreenCaptureKit/ScreenCaptureKit.h>
 #include <dispatch/dispatch.h>
 #include <napi.h>
@@ -31,6 +32,16 @@ void OverRelease() {
 }
 
 void ReleaseNull() { CFRelease(nullptr); }
+
+void LeakEvent() { static_cast<void>(CGEventCreate(nullptr)); }
+
+void PostNoEvent() { CGEventPost(kCGHIDEventTap, nullptr); }
+
+void PostDeadEvent() {
+  const CGEventRef event = CGEventCreate(nullptr);
+  CFRelease(event);
+  CGEventPost(kCGHIDEventTap, event);
+}
 
 void MessageTheDead() {
   @autoreleasepool {
@@ -192,6 +203,9 @@ Napi::Object Init(Napi::Env env, Napi::Object exports) {
   exports.Set("leakObject", Napi::Function::New(env, Call<LeakObject>));
   exports.Set("overRelease", Napi::Function::New(env, Call<OverRelease>));
   exports.Set("releaseNull", Napi::Function::New(env, Call<ReleaseNull>));
+  exports.Set("leakEvent", Napi::Function::New(env, Call<LeakEvent>));
+  exports.Set("postNoEvent", Napi::Function::New(env, Call<PostNoEvent>));
+  exports.Set("postDeadEvent", Napi::Function::New(env, Call<PostDeadEvent>));
   exports.Set("messageTheDead", Napi::Function::New(env, Call<MessageTheDead>));
   exports.Set("askTheDeadForFrame", Napi::Function::New(env, Call<AskTheDeadForFrame>));
   exports.Set("retainTheDead", Napi::Function::New(env, Call<RetainTheDead>));
