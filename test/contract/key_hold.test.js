@@ -6,7 +6,7 @@ const { test } = require('node:test');
 const { spawnScript } = require('./child');
 const { scene } = require('./harness');
 const { key, tap, pause } = require('./input_calls');
-const { throwsUsage, throwsPlainError, throwsConversionError } = require('./conversions');
+const { throwsUsage, throwsPlainError, throwsConversionError } = require('./exceptions');
 
 const usage = 'keyHold requires (chord: string, durationMs: number)';
 

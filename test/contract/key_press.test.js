@@ -5,7 +5,7 @@ const { test } = require('node:test');
 
 const { scene } = require('./harness');
 const { tap, pause } = require('./input_calls');
-const { throwsUsage, throwsPlainError } = require('./conversions');
+const { throwsUsage, throwsPlainError } = require('./exceptions');
 
 const usage = 'keyPress requires (chord: string)';
 const noKeyIn = (chord) => `keyPress: no valid key found in chord '${chord}'`;

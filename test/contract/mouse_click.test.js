@@ -5,7 +5,7 @@ const { test } = require('node:test');
 
 const { scene } = require('./harness');
 const { mouse, move, pause } = require('./input_calls');
-const { throwsUsage, throwsConversionError } = require('./conversions');
+const { throwsUsage, throwsConversionError } = require('./exceptions');
 
 const usage = 'mouseClick requires (button, x, y)';
 

@@ -5,7 +5,7 @@ const { test } = require('node:test');
 
 const { scene } = require('./harness');
 const { mouse, move } = require('./input_calls');
-const { throwsUsage, throwsConversionError } = require('./conversions');
+const { throwsUsage, throwsConversionError } = require('./exceptions');
 
 test('mouseMove posts one move with button 0, sleeps nowhere and returns true', (t) => {
   const mac = scene(t);

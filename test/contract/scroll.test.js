@@ -5,7 +5,7 @@ const { test } = require('node:test');
 
 const { scene } = require('./harness');
 const { move, wheel, pause } = require('./input_calls');
-const { throwsUsage, throwsConversionError } = require('./conversions');
+const { throwsUsage, throwsConversionError } = require('./exceptions');
 
 const usage = 'scroll requires (deltaX, deltaY)';
 

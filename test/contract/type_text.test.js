@@ -5,7 +5,7 @@ const { test } = require('node:test');
 
 const { scene } = require('./harness');
 const { run, tap } = require('./input_calls');
-const { throwsUsage } = require('./conversions');
+const { throwsUsage } = require('./exceptions');
 
 const tab = tap(48);
 const return_ = tap(36);
