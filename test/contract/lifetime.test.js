@@ -1,5 +1,6 @@
 'use strict';
-// Threads and processes that end while captures are in flight: no crash, no leak, no endless wait.
+// Threads and processes that end while captures are in flight, or calls throw: no crash, no leak, no
+// endless wait.
 const assert = require('node:assert/strict');
 const { test } = require('node:test');
 
@@ -18,6 +19,11 @@ for (const moment of ['main queue stalled', 'content late', 'image late', 'image
     assert.ok(clean, JSON.stringify(leftovers));
   });
 }
+
+test('a worker thread may be terminated in the middle of calls that throw', async () => {
+  assert.deepEqual(await runScript('terminate_throwing.js', String(rounds)),
+    { rounds, objects: {}, pools: 0, violations: [] });
+});
 
 // Ten seconds last this long here, and a process whose capture is stuck no longer than that.
 const timeoutMs = 500;
