@@ -3,6 +3,17 @@
 // Spaces and units: positions and sizes of displays are in points, in one global desktop space whose
 // origin is the top-left corner of the primary display, y down; displays to the left or above have
 // negative coordinates. Sizes of pictures are in pixels. On X11 a point is a pixel.
+//
+// Mouse and keyboard: the functions post what a person's hands would, and return `true` once that is
+// done; whether a program acted on it they do not know. An event that the system cannot make is
+// skipped; without its permission (Accessibility on macOS) it ignores them all. Positions are in the
+// global desktop space and go to the system as they are, fractions and any other number. Pauses are
+// part of the gesture and block the calling thread; the times below are those of the pauses alone.
+//
+// Where the documentation of a mouse function, of `scroll` or of `keyHold` says that an argument is
+// converted, its type is not checked first. One of the wrong type counts as 0 or as an empty string,
+// the events are posted, and then the call throws: a `TypeError` with Node-API's own message,
+// `"A number was expected"` or `"A string was expected"`, the first one when there are several.
 
 /** A size in whole pixels. */
 export interface PixelSize {
@@ -137,6 +148,170 @@ export function captureRegion(
  *   a number.
  */
 export function calculateTargetSize(physWidth: number, physHeight: number): PixelSize;
+
+/** A position in the global desktop space, in points; it may be fractional or negative. */
+export interface CursorPosition {
+  x: number;
+  y: number;
+}
+
+/**
+ * Moves the pointer to a point and clicks there. The second click of a row is a double click to the
+ * system, the third a triple one.
+ *
+ * Blocks for 50 ms after each press and 50 ms between clicks: 50 ms for one click, 150 ms for two,
+ * 100 ms more for each further one.
+ *
+ * @param button `"left"`, `"right"` or `"1"`, `"middle"` or `"2"`, in any case; any other name means the
+ *   left button. Spaces are not trimmed. Converted.
+ * @param x Points in the global desktop space, from the left edge of the primary display. Converted.
+ * @param y Points, from its top edge, downward. Converted.
+ * @param clickCount How many clicks; truncated to a 32-bit integer that wraps around. Below 1 only the
+ *   pointer is moved; there is no upper limit. Absent or not a number: 1.
+ * @param modifiers Names of modifiers joined by `"+"`, which press and release carry: see
+ *   {@link keyPress}. Case does not matter, spaces are not trimmed, empty and unknown names are skipped.
+ *   Absent or not a string: none.
+ * @throws {TypeError} `"mouseClick requires (button, x, y)"` with fewer than three arguments; nothing is
+ *   posted. A conversion error as above, after the events.
+ */
+export function mouseClick(
+  button: string,
+  x: number,
+  y: number,
+  clickCount?: number,
+  modifiers?: string,
+): true;
+
+/**
+ * Moves the pointer to a point, with no button held. Does not pause.
+ *
+ * @param x Points in the global desktop space. Converted.
+ * @param y Likewise, downward.
+ * @throws {TypeError} `"mouseMove requires (x, y)"` with fewer than two arguments; nothing is posted. A
+ *   conversion error as above, after the event.
+ */
+export function mouseMove(x: number, y: number): true;
+
+/**
+ * Presses a button at a point, moves to another one in ten even steps, and releases it there. Blocks
+ * for 250 ms, whatever the distance.
+ *
+ * @param startX Points in the global desktop space. Converted, as the next three.
+ * @param startY Likewise, downward.
+ * @param endX Likewise. The release is exactly at the end.
+ * @param endY Likewise, downward.
+ * @param button As for {@link mouseClick}, not converted. Absent or not a string: the left button.
+ * @throws {TypeError} `"mouseDrag requires (startX, startY, endX, endY)"` with fewer than four arguments;
+ *   nothing is posted. A conversion error as above, after the events.
+ */
+export function mouseDrag(
+  startX: number,
+  startY: number,
+  endX: number,
+  endY: number,
+  button?: string,
+): true;
+
+/**
+ * Presses a button at a point, in one event: to be sure that the pointer is there, move it first.
+ * Does not pause, and the button is held until {@link mouseUp}.
+ *
+ * @param button As for {@link mouseClick}. Converted.
+ * @param x Points in the global desktop space. Converted.
+ * @param y Likewise, downward.
+ * @throws {TypeError} `"mouseDown requires (button, x, y)"` with fewer than three arguments; nothing is
+ *   posted. A conversion error as above, after the event.
+ */
+export function mouseDown(button: string, x: number, y: number): true;
+
+/**
+ * Releases a button at a point, in one event. Does not pause.
+ *
+ * @param button As for {@link mouseClick}. Converted.
+ * @param x Points in the global desktop space. Converted.
+ * @param y Likewise, downward.
+ * @throws {TypeError} `"mouseUp requires (button, x, y)"` with fewer than three arguments; nothing is
+ *   posted. A conversion error as above, after the event.
+ */
+export function mouseUp(button: string, x: number, y: number): true;
+
+/**
+ * Turns the scroll wheel by whole lines, in one event however many they are. Which way a sign scrolls is
+ * the system's convention for wheel events, and its user's setting.
+ *
+ * @param deltaX Horizontal lines. Converted, to a 32-bit integer: truncated, wrapping around.
+ * @param deltaY Vertical lines, likewise.
+ * @param x Where to scroll, points in the global desktop space: the pointer is moved there first, which
+ *   blocks for 10 ms. Without two numbers `x` and `y` the wheel turns where the pointer is.
+ * @param y Likewise, downward.
+ * @throws {TypeError} `"scroll requires (deltaX, deltaY)"` with fewer than two arguments; nothing is
+ *   posted. A conversion error as above, after the events.
+ */
+export function scroll(deltaX: number, deltaY: number, x?: number, y?: number): true;
+
+/**
+ * Where the pointer is. It may be handed to any mouse function unchanged. Never fails: 0, 0 when the
+ * system does not say.
+ */
+export function getCursorPosition(): CursorPosition;
+
+/**
+ * Types text into whatever has the keyboard focus, whatever the keyboard's layout. A tab is the Tab key;
+ * a line feed, a carriage return, or both in this order: `"\r\n"`, is the Return key; every other
+ * character is typed as text, control characters too. Does not pause.
+ *
+ * @param text Any string; on macOS it goes out in runs of 20 UTF-16 units. An empty one does nothing.
+ * @throws {TypeError} `"typeText requires (text: string)"` when it is not a string; nothing is posted.
+ */
+export function typeText(text: string): true;
+
+/**
+ * Presses and releases a key, with modifiers. These travel on the key's own events: no keys of theirs
+ * are pressed on macOS.
+ *
+ * A chord is the name of a key and those of any modifiers, joined by `"+"`: `"cmd+shift+t"`. Case and
+ * spaces do not matter (`"A"` is `"a"`, `"page up"` is `"pageup"`). Unknown words are skipped; of several
+ * keys the last one counts; modifiers alone are a press of the last one, when it is the last word. Keys
+ * are named by their place on the ANSI keyboard:
+ *
+ * - letters, digits, and ``- = [ ] \ ; ' , . / ` ``; there is no name for a plus or a shifted character
+ * - `return` or `enter`, `tab`, `space`, `backspace` or `delete`, `forwarddelete`, `escape` or `esc`,
+ *   `home`, `end`, `pageup`, `pagedown`, `help`, `capslock`
+ * - `left`, `right`, `up`, `down`, each with or without `arrow` behind it
+ * - `f1` to `f20`
+ * - keypad: `numpad0` to `numpad9`, `add`, `subtract`, `multiply`, `divide`, `decimal`, `numpadenter`,
+ *   `numpadclear`, `numpadequals`
+ *
+ * Modifiers: `shift`, `lshift`, `rshift`; `control`, `ctrl`, `lctrl`, `rctrl`; `option`, `alt`, `loption`,
+ * `roption`; `command`, `cmd`, `meta`, `super`, `lcommand`, `rcommand`; `fn`, `function`. Left and right
+ * differ only when the modifier itself is the key.
+ *
+ * @param chord The chord.
+ * @param repeat How often to press and release it; truncated to a 32-bit integer that wraps around, below
+ *   2 once; no upper limit. Blocks for 20 ms between two presses. Absent or not a number: once.
+ * @throws {TypeError} `"keyPress requires (chord: string)"` when the chord is not a string.
+ * @throws {Error} `"keyPress: no valid key found in chord '…'"`, with the chord as it was passed. Nothing
+ *   is posted in either case.
+ */
+export function keyPress(chord: string, repeat?: number): true;
+
+/**
+ * Presses a chord's key, holds it, and releases it. Blocks for as long.
+ *
+ * Types are not checked, and a second error cannot be thrown while one is pending: a chord that is not
+ * a string, or one without a key together with a duration that is not a number, **ends the process**
+ * with a fatal error of Node-API. Check what you pass.
+ *
+ * @param chord As for {@link keyPress}. Converted.
+ * @param durationMs Milliseconds between press and release, truncated to a 32-bit integer; below 1 none.
+ *   Durations above 4,294,967 ms wrap around: the microseconds are counted in 32 bits. Converted.
+ * @throws {TypeError} `"keyHold requires (chord: string, durationMs: number)"` with fewer than two
+ *   arguments; nothing is posted. A conversion error as above when only the duration is not a number,
+ *   after the key was pressed and released.
+ * @throws {Error} `"keyHold: no valid key found in chord '…'"`, with the chord as it was passed; nothing
+ *   is posted.
+ */
+export function keyHold(chord: string, durationMs: number): true;
 
 /**
  * The attached displays, the primary one first; none when there is no display. Nothing is cached: a
