@@ -3,10 +3,11 @@
 // What the fault plans do through a proxy that spoils answers, and what may come of it.
 const assert = require('node:assert/strict');
 const { isDeepStrictEqual } = require('node:util');
-const { startDesktop } = require('../support/desktop.js');
 const { NOWHERE, startHost } = require('../support/host.js');
+const { startInputDesktop } = require('../support/input_desktop.js');
 const { setMonitors } = require('../support/monitors.js');
 const { assertColour, decode } = require('../support/picture.js');
+const { inputFunctions } = require('./fault_input.js');
 
 const BACKDROP = '#2040c0';
 const OUTER = '#20a040';
@@ -22,7 +23,7 @@ const CAPTURE_BOUND_MS = 10_000;
  * application in which a window of another lies, `shown`.
  */
 async function startScene(t) {
-  const desktop = await startDesktop(t, { screen: '640x400x24' });
+  const desktop = await startInputDesktop(t, { screen: '640x400x24' });
   await setMonitors(desktop.env, {
     left: { x: 0, y: 0, width: 320, height: 400 },
     right: { x: 320, y: 0, width: 320, height: 400 },
@@ -134,7 +135,11 @@ function exclusionOf(bundleId, assertRight) {
   );
 }
 
-/** The functions that ask the server, and everything that may come of each. */
+/**
+ * The functions that ask the server, and everything that may come of each. `leastAnswers`: those
+ * that it waits for at least, if not as many as the others. `skips`: which are left unspoilt.
+ * `isAlone`: there is only one pointer and one keyboard.
+ */
 const functions = [
   {
     name: 'listDisplays',
@@ -176,6 +181,7 @@ const functions = [
   ),
   exclusionOf('Shown', assertRightMonitorWith(BLACK, OUTER)),
   exclusionOf('Outer', assertRightMonitorWith(BACKDROP, BACKDROP)),
+  ...inputFunctions,
 ];
 
 /** What a call came to: { value }, or { failure }, its message. */
@@ -204,11 +210,12 @@ async function assertDocumented(wanted, values, promise) {
   return place;
 }
 
-/** The call comes to what it comes to without any fault. */
-async function assertWorks(wanted, values, promise) {
+/** The call comes to what it comes to without any fault, and does what it does. */
+async function assertWorks(wanted, scene, values, promise) {
   const { value, failure } = await outcomeOf(promise);
   assert.equal(failure, undefined, 'the next call fails');
   assert.deepEqual(value, values[0]);
+  await wanted.assertDone?.(scene);
 }
 
 module.exports = { assertDocumented, assertWorks, functions, startScene };
