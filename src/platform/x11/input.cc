@@ -61,9 +61,7 @@ class Posting {
  public:
   explicit Posting(std::chrono::seconds longest = kLongestWait)
       : session_(InputChannel(), Clock::now() + longest),
-        state_(session_ ? InputState::Of(session_) : nullptr) {
-    if (state_) settled_count_ = state_->device.count();
-  }
+        state_(session_ ? InputState::Of(session_) : nullptr) {}
 
   /// Waits until the server has the events: whatever is asked next, on any connection, comes after.
   ~Posting() {
@@ -138,7 +136,7 @@ class Posting {
 
   const Session session_;
   InputState* const state_;
-  uint64_t settled_count_ = 0;  // of the events that the server has for certain
+  std::optional<uint64_t> settled_count_ = {};  // of events, when the server has all of this one
 };
 
 uint8_t NumberOf(MouseButton button) {
