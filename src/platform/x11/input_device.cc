@@ -16,18 +16,11 @@ void InputDevice::Fake(uint8_t type, uint8_t detail, int16_t x, int16_t y) {
 }
 
 void InputDevice::Key(uint8_t keycode, bool is_down) {
-  // The user's letting go of a key that was given back is one on his keyboard alone. On the one
-  // that we play the key stays down, and the server would not hear of it being pressed again.
-  if (is_down && given_back_[keycode]) Fake(XCB_KEY_RELEASE, keycode);
-  given_back_[keycode] = false;
   held_keys_[keycode] = is_down;
   Fake(is_down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode);
 }
 
-void InputDevice::GiveBack(uint8_t keycode) {
-  given_back_[keycode] = true;
-  Fake(XCB_KEY_PRESS, keycode);
-}
+void InputDevice::GiveBack(uint8_t keycode) { Fake(XCB_KEY_PRESS, keycode); }
 
 void InputDevice::Button(uint8_t number, bool is_down) {
   held_buttons_[number] = is_down;

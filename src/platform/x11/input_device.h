@@ -16,7 +16,7 @@ class InputDevice {
   explicit InputDevice(xcb_connection_t* connection) : connection_(connection) {}
 
   void Key(uint8_t keycode, bool is_down);
-  /// Presses a key that was down before we came: it is not ours.
+  /// Presses a key that another program held before we came: it is not ours.
   void GiveBack(uint8_t keycode);
   void Button(uint8_t number, bool is_down);
 
@@ -36,7 +36,6 @@ class InputDevice {
   uint64_t count_ = 0;
   std::bitset<256> held_keys_;
   std::bitset<256> held_buttons_;
-  std::bitset<256> given_back_;
 };
 
 }  // namespace deskhand::platform

@@ -35,6 +35,14 @@ uint8_t LockingModifiers(const Keyboard& keyboard, const ModifierState& state) {
   return mask;
 }
 
+/// The keyboard that the key is down on.
+const RealKeyboard* FindHolder(const std::vector<RealKeyboard>& keyboards, uint8_t keycode) {
+  const auto holder =
+      std::find_if(keyboards.begin(), keyboards.end(),
+                   [keycode](const RealKeyboard& keyboard) { return keyboard.held.test(keycode); });
+  return holder == keyboards.end() ? nullptr : &*holder;
+}
+
 void SwitchLocks(xcb_connection_t* connection, uint8_t changed, uint8_t locked,
                  uint8_t unlatched = 0) {
   xcb_xkb_latch_lock_state(connection, kCoreKeyboard, changed, locked, /*lockGroup=*/0,
@@ -115,7 +123,7 @@ void ModifierGuard::ReleaseAllBut(uint8_t wanted, const Session& session, InputD
                                   const Keyboard& keyboard, const ModifierState& state) {
   if ((state.Held() & ~wanted) == 0) return;
   const uint8_t kept = wanted | LockingModifiers(keyboard, state);
-  const std::bitset<256> physical = PhysicallyHeldKeys(session);
+  const std::vector<RealKeyboard> keyboards = RealKeyboards(session);
   for (size_t bit = 0; bit < state.keys_of.size(); ++bit) {
     for (const uint8_t key : state.keys_of[bit]) {
       // A key may stand for several modifiers.
@@ -123,7 +131,7 @@ void ModifierGuard::ReleaseAllBut(uint8_t wanted, const Session& session, InputD
           std::any_of(released_.begin(), released_.end(),
                       [key](const Released& released) { return released.keycode == key; });
       if (is_known || !state.IsDown(key) || (state.MaskOf(key) & kept) != 0) continue;
-      released_.push_back({key, physical.test(key)});
+      released_.push_back({key, FindHolder(keyboards, key) != nullptr});
       device.Key(key, false);
     }
   }
@@ -147,13 +155,15 @@ void ModifierGuard::SetLocks(Locks locks, xcb_connection_t* connection, const Ke
 void ModifierGuard::End(const Session& session, InputDevice& device) {
   for (auto key = pressed_.rbegin(); key != pressed_.rend(); ++key) device.Key(*key, false);
   if (changed_locks_ != 0) SwitchLocks(session.connection(), changed_locks_, former_locks_);
-  const auto is_physical = [](const Released& key) { return key.is_physical; };
-  std::bitset<256> physical;
-  if (std::any_of(released_.begin(), released_.end(), is_physical)) {
-    physical = PhysicallyHeldKeys(session);
-  }
+  if (released_.empty()) return;
+  const std::vector<RealKeyboard> keyboards = RealKeyboards(session);
   for (const Released& key : released_) {
-    if (!key.is_physical || physical.test(key.keycode)) device.GiveBack(key.keycode);
+    const RealKeyboard* const holder = FindHolder(keyboards, key.keycode);
+    if (holder) {
+      PressAnew(session, *holder, key.keycode);
+    } else if (!key.is_real) {
+      device.GiveBack(key.keycode);
+    }
   }
 }
 

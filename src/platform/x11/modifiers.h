@@ -70,7 +70,7 @@ class ModifierGuard {
  private:
   struct Released {
     uint8_t keycode = 0;
-    bool is_physical = false;  // else a program plays it, and nobody can tell when it lets go
+    bool is_real = false;  // else a program plays it, and nobody can tell when it lets go
   };
 
   void ReleaseAllBut(uint8_t wanted, const Session& session, InputDevice& device,

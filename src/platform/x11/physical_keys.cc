@@ -4,6 +4,7 @@
 #include <vector>
 
 #include <xcb/xinput.h>
+#include <xcb/xtest.h>
 
 #include "platform/x11/reply.h"
 
@@ -13,10 +14,10 @@ namespace {
 // The server's own names of the devices that XTEST plays.
 constexpr std::string_view kPlayedByPrograms = "XTEST";
 
-/// The keyboards but those that programs play.
-std::vector<xcb_input_device_id_t> RealKeyboards(const Session& session) {
+/// The devices that are real keyboards.
+std::vector<uint8_t> FindKeyboards(const Session& session) {
   xcb_connection_t* const connection = session.connection();
-  std::vector<xcb_input_device_id_t> keyboards;
+  std::vector<uint8_t> keyboards;
   const auto version_cookie = xcb_input_xi_query_version(connection, 2, 0);
   const auto devices_cookie = xcb_input_xi_query_device(connection, XCB_INPUT_DEVICE_ALL);
   const auto version = Await(connection, xcb_input_xi_query_version_reply, version_cookie);
@@ -28,36 +29,49 @@ std::vector<xcb_input_device_id_t> RealKeyboards(const Session& session) {
                                 xcb_input_xi_device_info_name_length(infos.data));
     if (infos.data->type != XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD) continue;
     if (name.find(kPlayedByPrograms) != std::string_view::npos) continue;
-    keyboards.push_back(infos.data->deviceid);
+    keyboards.push_back(static_cast<uint8_t>(infos.data->deviceid));
   }
   return keyboards;
 }
 
-void AddKeys(const xcb_input_query_device_state_reply_t& reply, std::bitset<256>* held) {
+std::bitset<256> HeldKeys(const xcb_input_query_device_state_reply_t& reply) {
+  std::bitset<256> held;
   auto classes = xcb_input_query_device_state_classes_iterator(&reply);
   for (; classes.rem > 0; xcb_input_input_state_next(&classes)) {
     if (classes.data->class_id != XCB_INPUT_INPUT_CLASS_KEY) continue;
     const auto* state = reinterpret_cast<const xcb_input_key_state_t*>(classes.data);
-    for (size_t key = 0; key < held->size(); ++key) {
-      if ((state->keys[key / 8] >> (key % 8) & 1) != 0) held->set(key);
+    for (size_t key = 0; key < held.size(); ++key) {
+      if ((state->keys[key / 8] >> (key % 8) & 1) != 0) held.set(key);
     }
   }
+  return held;
+}
+
+const xcb_query_extension_reply_t* InputExtension(const Session& session) {
+  const auto* data = xcb_get_extension_data(session.connection(), &xcb_input_id);
+  return data && data->present ? data : nullptr;
 }
 
 }  // namespace
 
-std::bitset<256> PhysicallyHeldKeys(const Session& session) {
-  xcb_connection_t* const connection = session.connection();
-  std::bitset<256> held;
-  const xcb_query_extension_reply_t* data = xcb_get_extension_data(connection, &xcb_input_id);
-  if (!data || !data->present) return held;
-  for (const xcb_input_device_id_t keyboard : RealKeyboards(session)) {
-    const auto state =
-        Await(connection, xcb_input_query_device_state_reply,
-              xcb_input_query_device_state(connection, static_cast<uint8_t>(keyboard)));
-    if (state) AddKeys(*state, &held);
+std::vector<RealKeyboard> RealKeyboards(const Session& session) {
+  if (!InputExtension(session)) return {};
+  std::vector<RealKeyboard> keyboards;
+  for (const uint8_t id : FindKeyboards(session)) {
+    const auto state = Await(session.connection(), xcb_input_query_device_state_reply,
+                             xcb_input_query_device_state(session.connection(), id));
+    if (state) keyboards.push_back({.id = id, .held = HeldKeys(*state)});
   }
-  return held;
+  return keyboards;
+}
+
+void PressAnew(const Session& session, const RealKeyboard& keyboard, uint8_t keycode) {
+  const auto* extension = InputExtension(session);
+  if (!extension) return;
+  for (const int type : {XCB_INPUT_DEVICE_KEY_RELEASE, XCB_INPUT_DEVICE_KEY_PRESS}) {
+    xcb_test_fake_input(session.connection(), static_cast<uint8_t>(extension->first_event + type),
+                        keycode, XCB_CURRENT_TIME, XCB_NONE, 0, 0, keyboard.id);
+  }
 }
 
 }  // namespace deskhand::platform
