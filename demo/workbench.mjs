@@ -40,7 +40,7 @@ export async function startWorkbench() {
 export const PARAGRAPH = [
   'The quick brown fox jumps over the lazy dog. Voix ambiguë d’un cœur qui préfère les jattes de kiwis.',
   'Falsches Üben von Xylophonmusik quält jeden größeren Zwerg. Ξεσκεπάζω την ψυχοφθόρα βδελυγμία.',
-  'Съешь же ещё этих мягких французских булок, да выпей чаю. Chí lớn gặp nhau — “½ € ≠ ¼ ₿” → ✓',
+  'Съешь же ещё этих мягких французских булок, да выпей чаю. Chí lớn gặp nhau — “½ € ≠ ¼ £” → ✓',
   'דג סקרן שט בים מאוכזב ולפתע מצא חברה.',
 ].join('\n');
 

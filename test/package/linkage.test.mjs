@@ -62,7 +62,12 @@ test('the shared libraries that it needs are the documented ones', onLinux, () =
       'libxcb-res.so.0',
       'libxcb-shm.so.0',
       'libxcb-xfixes.so.0',
+      'libxcb-xinput.so.0',
+      'libxcb-xkb.so.1',
+      'libxcb-xtest.so.0',
       'libxcb.so.1',
+      'libxkbcommon-x11.so.0',
+      'libxkbcommon.so.0',
     ],
   );
 });
