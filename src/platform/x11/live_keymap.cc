@@ -4,6 +4,8 @@
 #include <utility>
 #include <vector>
 
+#include <xkbcommon/xkbcommon-keysyms.h>
+
 #include "platform/x11/atoms.h"
 #include "platform/x11/key_codes.h"
 #include "platform/x11/reply.h"
@@ -20,6 +22,11 @@ constexpr uint16_t kMapParts = XCB_XKB_MAP_PART_KEY_TYPES | XCB_XKB_MAP_PART_KEY
 constexpr uint8_t kTwoLevelType = 1;
 
 constexpr uint8_t kOneGroup = 1;
+
+// Where these keys are on nearly all keyboards. Some keymaps have that of the third level on
+// another keycode, too, which no keyboard sends.
+constexpr uint8_t kLeftShift = 50;
+constexpr uint8_t kRightAlt = 108;
 
 void SelectEvents(xcb_connection_t* connection) {
   // Of the state only the layout: everything else changes with each key that the user presses.
@@ -83,8 +90,11 @@ bool LiveKeymap::Refresh() {
     is_stale_ = false;
     has_other_group_ = true;
   }
-  if (has_other_group_) characters_ = keymap_.Characters(group_, third_level_, spare_);
+  if (!has_other_group_) return true;
   has_other_group_ = false;
+  characters_ = keymap_.Characters(group_, third_level_, spare_);
+  shift_key_ = FindModifierKey(XKB_KEY_Shift_L, kLeftShift, third_level_);
+  third_level_key_ = FindModifierKey(XKB_KEY_ISO_Level3_Shift, kRightAlt, kShiftMask);
   return true;
 }
 
@@ -118,6 +128,14 @@ void LiveKeymap::FindSpareKeys(const LentKeys& lent) {
 std::optional<uint8_t> LiveKeymap::FindKey(xkb_keysym_t symbol, uint8_t keycode) const {
   if (!spare_[keycode] && keymap_.Symbol(keycode, group_, 0) == symbol) return keycode;
   return keymap_.FindKey(symbol, group_, spare_);
+}
+
+std::optional<uint8_t> LiveKeymap::FindModifierKey(xkb_keysym_t symbol, uint8_t keycode,
+                                                   Modifiers other) const {
+  const auto key = FindKey(symbol, keycode);
+  // In some layouts two of them together are a lock.
+  if (key && keymap_.Symbol(*key, group_, other) != symbol) return std::nullopt;
+  return key;
 }
 
 const Stroke* LiveKeymap::FindStroke(char32_t character) const {

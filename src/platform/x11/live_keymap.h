@@ -34,6 +34,10 @@ class LiveKeymap {
   /// How the active layout types `character`; null when it does not.
   const Stroke* FindStroke(char32_t character) const;
 
+  /// A key that chooses the second or the third level, alone and with the other one.
+  std::optional<uint8_t> shift_key() const { return shift_key_; }
+  std::optional<uint8_t> third_level_key() const { return third_level_key_; }
+
   bool IsLent(uint8_t keycode) const { return spare_[keycode] && !keymap_.key(keycode).is_empty(); }
 
   SpareKeys& spare_keys() { return spare_keys_; }
@@ -54,6 +58,8 @@ class LiveKeymap {
 
   bool HasSymbols(uint8_t keycode, const KeySymbols& symbols) const;
   void FindSpareKeys(const LentKeys& lent);
+  std::optional<uint8_t> FindModifierKey(xkb_keysym_t symbol, uint8_t keycode,
+                                         Modifiers other) const;
 
   xcb_connection_t* const connection_;
   const xcb_window_t root_;
@@ -67,6 +73,8 @@ class LiveKeymap {
   Keymap keymap_;
   uint8_t group_ = 0;
   std::unordered_map<char32_t, Stroke> characters_;
+  std::optional<uint8_t> shift_key_;
+  std::optional<uint8_t> third_level_key_;
   Keycodes spare_;
   SpareKeys spare_keys_;
   uint8_t spare_type_ = 0;

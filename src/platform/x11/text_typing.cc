@@ -12,11 +12,6 @@
 namespace deskhand::platform {
 namespace {
 
-// Where the third level's key is on nearly all keyboards. Some keymaps have it on another keycode,
-// too, which no keyboard sends.
-constexpr uint8_t kRightAlt = 108;
-constexpr uint8_t kLeftShift = 50;
-
 // How long the server may take to answer while we wait for somebody else.
 constexpr std::chrono::seconds kLongestAnswer{2};
 
@@ -152,8 +147,9 @@ void TextTyping::TypeAll(const Session& session, InputDevice& device,
 /// False when the character must be put on a key first.
 bool TextTyping::TypeOne(char32_t character, InputDevice& device) {
   if (const Stroke* const stroke = keymap_.FindStroke(character)) {
+    // A modifier key may do something else while its modifier is locked.
+    LockModifiers(connection_, 0);
     HoldModifiers(device, stroke->modifiers);
-    // Those that no key gives.
     LockModifiers(connection_, stroke->modifiers & ~held_);
     device.Key(stroke->keycode, true);
     device.Key(stroke->keycode, false);
@@ -175,9 +171,8 @@ bool TextTyping::TypeOne(char32_t character, InputDevice& device) {
 
 void TextTyping::HoldModifiers(InputDevice& device, Modifiers modifiers) {
   const std::pair<Modifiers, std::optional<uint8_t>> keys[] = {
-      {kShiftMask, keymap_.FindKey(XKB_KEY_Shift_L, kLeftShift)},
-      {keymap_.AllLevelModifiers() & ~kShiftMask,
-       keymap_.FindKey(XKB_KEY_ISO_Level3_Shift, kRightAlt)}};
+      {kShiftMask, keymap_.shift_key()},
+      {keymap_.AllLevelModifiers() & ~kShiftMask, keymap_.third_level_key()}};
   for (const auto& [mask, key] : keys) {
     const bool is_wanted = (modifiers & mask) != 0;
     const bool is_held = (held_ & mask) != 0;

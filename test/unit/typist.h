@@ -1,0 +1,33 @@
+// A process that types, played by a connection of its own; and looks at the keyboard.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string_view>
+
+#include "platform/x11/keymap.h"
+#include "platform/x11/session.h"
+
+namespace deskhand {
+
+class Typist {
+ public:
+  Typist() = default;
+  Typist(const Typist&) = delete;
+  Typist& operator=(const Typist&) = delete;
+
+  void Type(std::u16string_view text);
+  /// Types nothing yet.
+  void Begin(std::u16string_view text);
+
+ private:
+  platform::Channel channel_;
+};
+
+/// The keys that have something on them.
+std::map<uint8_t, platform::Key> UsedKeys();
+
+/// Chooses one of the keyboard's layouts, as a panel does.
+void LockGroup(uint8_t group);
+
+}  // namespace deskhand
