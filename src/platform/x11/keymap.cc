@@ -88,10 +88,6 @@ uint8_t LevelOf(const KeyType& type, Modifiers modifiers) {
   return 0;
 }
 
-bool IsOfKeypad(xkb_keysym_t symbol) {
-  return symbol >= XKB_KEY_KP_Space && symbol <= XKB_KEY_KP_Equal;
-}
-
 /// What a program takes the symbol for; 0 when for nothing that text is made of.
 char32_t CharacterOf(xkb_keysym_t symbol) {
   // The same characters, but programs tell them apart, and most need Num Lock.
@@ -156,6 +152,13 @@ xkb_keysym_t Keymap::Symbol(uint8_t keycode, uint8_t group, Modifiers modifiers)
   return key.symbols[size_t{own_group} * key.width + level];
 }
 
+bool Keymap::Gives(uint8_t keycode, uint8_t group, xkb_keysym_t symbol) const {
+  const Key& key = keys_[keycode];
+  if (key.symbols.empty()) return false;
+  const auto first = key.symbols.begin() + size_t{GroupOf(key, group)} * key.width;
+  return std::find(first, first + key.width, symbol) != first + key.width;
+}
+
 std::optional<uint8_t> Keymap::FindKey(xkb_keysym_t symbol, uint8_t group,
                                        const Keycodes& except) const {
   for (int keycode = min_keycode_; keycode <= max_keycode_; ++keycode) {
@@ -192,6 +195,10 @@ std::optional<Keymap> ReadKeymap(xcb_connection_t* connection) {
                                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
   if (!reply) return std::nullopt;
   return Keymap::Parse(*reply);
+}
+
+bool IsOfKeypad(xkb_keysym_t symbol) {
+  return symbol >= XKB_KEY_KP_Space && symbol <= XKB_KEY_KP_Equal;
 }
 
 xkb_keysym_t SymbolOf(char32_t character) {

@@ -68,6 +68,9 @@ class Keymap {
   /// What a key gives while `modifiers` are down; XKB_KEY_NoSymbol when nothing.
   xkb_keysym_t Symbol(uint8_t keycode, uint8_t group, Modifiers modifiers) const;
 
+  /// Whether a key gives `symbol` on any level.
+  bool Gives(uint8_t keycode, uint8_t group, xkb_keysym_t symbol) const;
+
   /// The first key that gives `symbol` without modifiers.
   std::optional<uint8_t> FindKey(xkb_keysym_t symbol, uint8_t group, const Keycodes& except) const;
 
@@ -85,6 +88,9 @@ class Keymap {
 
 /// Asks the server for the core keyboard's. None when it does not say.
 std::optional<Keymap> ReadKeymap(xcb_connection_t* connection);
+
+/// Whether a key of the keypad gives `symbol`. Those of its numbers need Num Lock.
+bool IsOfKeypad(xkb_keysym_t symbol);
 
 /// The symbol that types `character`, which is none of the control characters; XKB_KEY_NoSymbol
 /// when there is none.

@@ -126,7 +126,9 @@ void LiveKeymap::FindSpareKeys(const LentKeys& lent) {
 }
 
 std::optional<uint8_t> LiveKeymap::FindKey(xkb_keysym_t symbol, uint8_t keycode) const {
-  if (!spare_[keycode] && keymap_.Symbol(keycode, group_, 0) == symbol) return keycode;
+  const bool is_preferred = IsOfKeypad(symbol) ? keymap_.Gives(keycode, group_, symbol)
+                                               : keymap_.Symbol(keycode, group_, 0) == symbol;
+  if (!spare_[keycode] && is_preferred) return keycode;
   return keymap_.FindKey(symbol, group_, spare_);
 }
 
