@@ -4,7 +4,7 @@
 const assert = require('node:assert/strict');
 const { test } = require('node:test');
 const { isDeepStrictEqual } = require('node:util');
-const { startInputDesktop } = require('../support/input_desktop.js');
+const { checksOn, startInputDesktop } = require('../support/input_desktop.js');
 const { setMonitors } = require('../support/monitors.js');
 const { startPage } = require('../support/receivers.js');
 const { until } = require('../support/until.js');
@@ -18,18 +18,12 @@ for (const manager of [true, false]) {
 
   test(`on a page ${place}, mouseDrag`, async (t) => {
     const desktop = await startInputDesktop(t, { manager });
-    const { addon, keyboard, leavesNoTrace } = desktop;
+    const { addon, keyboard } = desktop;
     const page = await startPage(t, desktop);
     await page.focus(null);
     const card = await page.centre('#card');
     const bin = await page.centre('#bin');
-    const check = (title, action) =>
-      t.test(title, () =>
-        leavesNoTrace(async () => {
-          await page.forget();
-          await action();
-        }),
-      );
+    const check = checksOn(t, desktop, page);
 
     await check('drops a thing where it ends', async () => {
       const start = performance.now();

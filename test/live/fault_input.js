@@ -23,8 +23,9 @@ async function assertNothingHeld({ keyboard }) {
   let state;
   const isFree = async () => {
     state = await keyboard.state();
-    const { keys, buttons, base, locked, latched } = state;
-    return keys.length + buttons.length + base + locked + latched === 0;
+    const { keys, buttons, elsewhere, base, locked, latched } = state;
+    const held = [...keys, ...buttons, ...elsewhere];
+    return held.length + base + locked + latched === 0;
   };
   await until(isFree, 'nothing is held').catch((error) => {
     error.message += `: ${JSON.stringify(state)}`;

@@ -39,8 +39,9 @@ async function assertWorks(addon, keyboard, [x, y] = [70, 60]) {
 
 async function assertNothingHeld(keyboard) {
   const isFree = async () => {
-    const { keys, buttons, base, locked, latched } = await keyboard.state();
-    return keys.length + buttons.length + base + locked + latched === 0;
+    const { keys, buttons, elsewhere, base, locked, latched } = await keyboard.state();
+    const held = [...keys, ...buttons, ...elsewhere];
+    return held.length + base + locked + latched === 0;
   };
   await until(isFree, 'no key and no button is held');
 }

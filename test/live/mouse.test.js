@@ -3,8 +3,8 @@
 // Clicks, presses and moves, as a page and the server see them.
 const assert = require('node:assert/strict');
 const { describe, test } = require('node:test');
-const { startInputDesktop } = require('../support/input_desktop.js');
-const { KEY, MASK } = require('../support/keyboard.js');
+const { checksOn, startInputDesktop } = require('../support/input_desktop.js');
+const { KEY } = require('../support/keyboard.js');
 const { setMonitors } = require('../support/monitors.js');
 const { startPage } = require('../support/receivers.js');
 const { until } = require('../support/until.js');
@@ -28,14 +28,7 @@ async function startScene(t, manager) {
   const page = await startPage(t, desktop);
   await page.focus(null);
   const [x, y] = await page.centre('#field');
-  /** Runs as a part of `t`, and leaves nothing held. */
-  const check = (title, action) =>
-    t.test(title, () =>
-      desktop.leavesNoTrace(async () => {
-        await page.forget();
-        await action();
-      }),
-    );
+  const check = checksOn(t, desktop, page);
   /** The events of the types that the page has seen, in words. */
   const seen = async (...types) => {
     await page.settle();
@@ -48,7 +41,7 @@ for (const manager of [true, false]) {
   const place = manager ? 'under a window manager' : 'without a window manager';
 
   test(`a page ${place} sees`, async (t) => {
-    const { addon, keyboard, page, x, y, check, seen } = await startScene(t, manager);
+    const { addon, keyboard, page, whileHeld, x, y, check, seen } = await startScene(t, manager);
 
     await check('a click where it was', async () => {
       assert.equal(await addon.mouseClick('left', x + 40, y - 30), true);
@@ -127,11 +120,10 @@ for (const manager of [true, false]) {
       assert.deepEqual(await seen(...CLICKS, ...KEYS), clickOf(0, 1));
     });
 
-    await check('a click without the Shift that the user holds, and his Shift after it', async () => {
-      await keyboard.press(KEY.shift);
-      await addon.mouseClick('left', x, y - 60);
-      assert.equal((await keyboard.state()).base, MASK.shift, 'he still holds it');
-      await keyboard.release(KEY.shift);
+    const title = 'a click without the Shift that the user holds, and his Shift after it';
+    const userActs = { userActs: true };
+    await check(title, userActs, async () => {
+      await whileHeld(KEY.shift, () => addon.mouseClick('left', x, y - 60));
       assert.deepEqual(await seen(...CLICKS), clickOf(0, 1));
     });
 

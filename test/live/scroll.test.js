@@ -3,8 +3,8 @@
 // The wheel, as a page sees it: what turns, which way, how far, and where.
 const assert = require('node:assert/strict');
 const { test } = require('node:test');
-const { startInputDesktop } = require('../support/input_desktop.js');
-const { KEY, MASK } = require('../support/keyboard.js');
+const { checksOn, startInputDesktop } = require('../support/input_desktop.js');
+const { KEY } = require('../support/keyboard.js');
 const { startPage } = require('../support/receivers.js');
 const { until } = require('../support/until.js');
 
@@ -21,7 +21,7 @@ for (const manager of [true, false]) {
 
   test(`on a page ${place}, scroll`, async (t) => {
     const desktop = await startInputDesktop(t, { manager });
-    const { addon, keyboard, leavesNoTrace } = desktop;
+    const { addon, keyboard, whileHeld } = desktop;
     const page = await startPage(t, desktop);
     await page.focus(null);
     const [x, y] = await page.centre('#field');
@@ -36,13 +36,7 @@ for (const manager of [true, false]) {
       await page.settle();
       assert.deepEqual(distance(page), [right, down]);
     };
-    const check = (title, action) =>
-      t.test(title, () =>
-        leavesNoTrace(async () => {
-          await page.forget();
-          await action();
-        }),
-      );
+    const check = checksOn(t, desktop, page);
 
     // How far the browser goes for a line is its own business.
     await addon.scroll(0, -1);
@@ -103,11 +97,9 @@ for (const manager of [true, false]) {
       });
     }
 
-    await check('is without the Control that the user holds, who holds it on', async () => {
-      await keyboard.press(KEY.control);
-      await addon.scroll(0, -1);
-      assert.equal((await keyboard.state()).base, MASK.control);
-      await keyboard.release(KEY.control);
+    const title = 'is without the Control that the user holds, who holds it on';
+    await check(title, { userActs: true }, async () => {
+      await whileHeld(KEY.control, () => addon.scroll(0, -1));
       await scrolls(0, line);
       assert.equal(page.since('wheel')[0].ctrlKey, false);
     });

@@ -1,6 +1,7 @@
 'use strict';
 
 const assert = require('node:assert/strict');
+const { isDeepStrictEqual } = require('node:util');
 const { startDesktop } = require('./desktop.js');
 const { startKeyboard } = require('./keyboard.js');
 const { until } = require('./until.js');
@@ -15,30 +16,62 @@ function changedKeys(before, after) {
 /**
  * A private desktop with a keyboard. `leavesNoTrace(action)` runs `action` and fails when it leaves
  * a key or a button down, a modifier or a layout other than before, or a key of the layout that no
- * longer gives what it gave.
+ * longer gives what it gave. `userActs`: the user holds a key meanwhile, which may then be left
+ * down on the keyboard of programs, to which nobody listens alone.
  */
 async function startInputDesktop(t, options = {}) {
   const desktop = await startDesktop(t, options);
   const keyboard = startKeyboard(t, desktop.env);
+
+  const leavesNoTrace = async (action, { userActs = false } = {}) => {
+    const { pointer, elsewhere, ...before } = await keyboard.state();
+    const known = new Set(elsewhere);
+    const expected = { ...before, elsewhere: [] };
+    const layout = await keyboard.layout();
+    const result = await action();
+    let after;
+    const isAsBefore = async () => {
+      const { pointer: _, elsewhere: held, ...state } = await keyboard.state();
+      after = { ...state, elsewhere: userActs ? [] : held.filter((pair) => !known.has(pair)) };
+      return isDeepStrictEqual(after, expected);
+    };
+    // What other programs did last may still be on its way.
+    await until(isAsBefore, 'nothing is held', { timeoutMs: SETTLE_MS }).catch(() => {});
+    assert.deepEqual(after, expected, 'what is held and locked');
+    assert.deepEqual(changedKeys(layout, await keyboard.layout()), [], 'keys that have changed');
+    return result;
+  };
+
   return {
     ...desktop,
     keyboard,
-    async leavesNoTrace(action) {
-      const before = { ...(await keyboard.state()), pointer: undefined };
-      const layout = await keyboard.layout();
-      const result = await action();
-      let after;
-      const isAsBefore = async () => {
-        after = { ...(await keyboard.state()), pointer: undefined };
-        return JSON.stringify(after) === JSON.stringify(before);
-      };
-      // What other programs did last may still be on its way.
-      await until(isAsBefore, 'nothing is held', { timeoutMs: SETTLE_MS }).catch(() => {});
-      assert.deepEqual(after, before, 'what is held and locked');
-      assert.deepEqual(changedKeys(layout, await keyboard.layout()), [], 'keys that have changed');
-      return result;
+    leavesNoTrace,
+    /** Runs `action` while the user holds a key; fails when he does not after it. */
+    async whileHeld(keycode, action) {
+      await keyboard.press(keycode);
+      try {
+        return await leavesNoTrace(action, { userActs: true });
+      } finally {
+        await keyboard.release(keycode);
+      }
     },
   };
 }
 
-module.exports = { startInputDesktop };
+/**
+ * Parts of a test `t` that use one page after the other: check(title, action), or with options of
+ * leavesNoTrace() between the two. The page has forgotten its events when `action` begins.
+ */
+function checksOn(t, { leavesNoTrace }, page) {
+  return (title, ...rest) => {
+    const action = rest.pop();
+    const [options] = rest;
+    const run = async () => {
+      await page.forget();
+      await action();
+    };
+    return t.test(title, () => leavesNoTrace(run, options));
+  };
+}
+
+module.exports = { checksOn, startInputDesktop };

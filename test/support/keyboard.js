@@ -12,15 +12,23 @@ const program =
   process.env.DESKHAND_KEYBOARD ?? path.join(root, 'build', 'unit', 'test', 'support', 'keyboard');
 
 /** Keycodes of the usual keyboard: what is printed on a key changes with the layout, these do not. */
-const KEY = { escape: 9, backspace: 22, return: 36, control: 37, shift: 50, alt: 64, pause: 127 };
+const KEY = { escape: 9, backspace: 22, return: 36, control: 37, g: 42, shift: 50, alt: 64, pause: 127 };
 
 /** Core modifier masks. */
 const MASK = { shift: 1, lock: 2, control: 4, alt: 8, super: 64 };
 
-/** '3:50,7:50,' as [[3, 50], [7, 50]]: which device holds what. */
-function heldOf(text) {
-  const items = text.split(',').filter(Boolean);
-  return items.map((item) => item.split(':').map(Number));
+/** The devices that all others act through, which programs listen to. */
+const CORE_POINTER = 2;
+const CORE_KEYBOARD = 3;
+
+/** '3:50,7:50,' as the numbers that device 3 holds, and the other pairs. */
+function heldOf(text, core) {
+  const pairs = text.split(',').filter(Boolean);
+  const isCore = (pair) => pair.startsWith(`${core}:`);
+  return {
+    core: pairs.filter(isCore).map((pair) => Number(pair.split(':')[1])),
+    others: pairs.filter((pair) => !isCore(pair)),
+  };
 }
 
 /** The keyboard of a server as its user has it; see keyboard.c. */
@@ -32,16 +40,22 @@ function startKeyboard(t, env) {
     return rest;
   };
   return {
-    /** { pointer: [x, y], base, latched, locked, group, keys, buttons }; the last two as [device, number]. */
+    /**
+     * { pointer: [x, y], base, latched, locked, group, keys, buttons, elsewhere }. What is held is
+     * that of the core devices; `elsewhere` has that of the others as 'DEVICE:NUMBER'.
+     */
     async state() {
       const words = await order('state');
-      const { pointer, keys, buttons, ...masks } = Object.fromEntries(words.map((word) => word.split('=')));
-      const numbers = Object.entries(masks).map(([name, value]) => [name, Number(value)]);
+      const { pointer, ...rest } = Object.fromEntries(words.map((word) => word.split('=')));
+      const keys = heldOf(rest.keys, CORE_KEYBOARD);
+      const buttons = heldOf(rest.buttons, CORE_POINTER);
+      const masks = ['base', 'latched', 'locked', 'group'];
       return {
         pointer: pointer.split(',').map(Number),
-        ...Object.fromEntries(numbers),
-        keys: heldOf(keys),
-        buttons: heldOf(buttons),
+        ...Object.fromEntries(masks.map((name) => [name, Number(rest[name])])),
+        keys: keys.core,
+        buttons: buttons.core,
+        elsewhere: [...keys.others, ...buttons.others],
       };
     },
     /** Which key gives what with which modifiers, by keycode; keys that give nothing are absent. */

@@ -32,16 +32,6 @@ function assertSameText(actual, expected) {
   );
 }
 
-/** Does `action` while the user holds a key of his keyboard. */
-async function whileHolding({ keyboard, leavesNoTrace }, key, action) {
-  await keyboard.press(key);
-  try {
-    await leavesNoTrace(action); // he holds it all the time
-  } finally {
-    await keyboard.release(key);
-  }
-}
-
 /** What may be the case while text is typed. */
 const circumstances = {
   'nothing in the way': (scene, receiver, action) => action(),
@@ -55,9 +45,9 @@ const circumstances = {
     }
   },
 
-  'Shift held': (scene, receiver, action) => whileHolding(scene, KEY.shift, action),
+  'Shift held': ({ whileHeld }, receiver, action) => whileHeld(KEY.shift, action),
 
-  'Control held': (scene, receiver, action) => whileHolding(scene, KEY.control, action),
+  'Control held': ({ whileHeld }, receiver, action) => whileHeld(KEY.control, action),
 
   async 'the receiver stopped'(scene, receiver, action) {
     const typing = action();
@@ -75,10 +65,9 @@ async function typeAndCheck(scene, { receiver, layout, circumstance }, text, exp
   await keyboard.setLayouts(layout);
   const program = receivers[receiver];
   await program.begin();
-  await leavesNoTrace(async () => {
-    await circumstances[circumstance](scene, program, async () =>
-      assert.equal(await addon.typeText(text), true),
-    );
+  const action = async () => assert.equal(await addon.typeText(text), true);
+  await leavesNoTrace(() => circumstances[circumstance](scene, program, action), {
+    userActs: circumstance.endsWith(' held'),
   });
   assertSameText(await program.finish(), expected);
 }
