@@ -19,16 +19,23 @@ function pairsOf(row) {
 
 /**
  * A few of all combinations in which each value of each factor meets each of every other one at
- * least once. Always the same ones.
+ * least once. Always the same ones; among equals those whose values have come up least.
  */
 function pairwiseCombinations(factors) {
   const rows = allCombinations(factors).map((row) => ({ row, pairs: pairsOf(row) }));
   const missing = new Set(rows.flatMap(({ pairs }) => pairs));
+  const uses = new Map();
+  const usesOf = (value) => uses.get(value) ?? 0;
   const gain = ({ pairs }) => pairs.filter((pair) => missing.has(pair)).length;
+  const wear = ({ row }) =>
+    Object.values(row).reduce((total, value) => total + usesOf(value), 0);
+  const isBetter = (one, other) =>
+    gain(one) === gain(other) ? wear(one) < wear(other) : gain(one) > gain(other);
   const chosen = [];
   while (missing.size > 0) {
-    const best = rows.reduce((most, next) => (gain(next) > gain(most) ? next : most));
+    const best = rows.reduce((most, next) => (isBetter(next, most) ? next : most));
     for (const pair of best.pairs) missing.delete(pair);
+    for (const value of Object.values(best.row)) uses.set(value, usesOf(value) + 1);
     chosen.push(best.row);
   }
   return chosen;

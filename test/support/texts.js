@@ -48,4 +48,14 @@ const texts = {
   ]),
 };
 
-module.exports = { texts };
+/** A text as long with no more than `count` different characters, which are its first ones. */
+function withFewCharacters(text, count) {
+  const characters = [...text];
+  const kept = [...new Set(characters)].slice(0, count);
+  const known = new Set(kept);
+  return characters
+    .map((character, index) => (known.has(character) ? character : kept[(index * 7) % kept.length]))
+    .join('');
+}
+
+module.exports = { texts, withFewCharacters };
