@@ -37,6 +37,8 @@ class InputReceiver {
   /// A key on a real keyboard, as the user presses it.
   void PressPhysically(uint8_t keycode, bool is_down);
 
+  uint8_t real_keyboard() const { return real_keyboard_; }
+
   /// Whether the server has the key down.
   bool IsDown(uint8_t keycode);
 

@@ -6,6 +6,7 @@
 #include <string>
 
 #include <gtest/gtest.h>
+#include <xkbcommon/xkbcommon-keysyms.h>
 
 #include "input/text_runs.h"
 #include "unit/input_receiver.h"
@@ -213,6 +214,30 @@ TEST_F(Typing, GoesOnAfterAnotherKeymapWasLoaded) {
   EXPECT_EQ(Type(U"你好", receiver), U"你好");
   UseLayout("fr");
   EXPECT_EQ(Type(U"好 ok 你們", receiver), U"好 ok 你們");
+}
+
+TEST_F(Typing, IsNotMisledByTheLayoutOfTheUsersKeyboard) {
+  InputReceiver user;
+  UseLayout("de -device " + std::to_string(user.real_keyboard()));
+  const uint8_t y = user.KeycodeOf(XKB_KEY_y);
+  TextReceiver receiver;
+  for (const std::u32string& text : {std::u32string(U"xyz {}"), Ideographs(70), LatinText()}) {
+    user.PressPhysically(y, true);
+    user.PressPhysically(y, false);
+    EXPECT_EQ(receiver.TextLike(U"z"), U"z");
+    EXPECT_EQ(Type(text, receiver), text);
+  }
+}
+
+TEST_F(Typing, LeavesTheLayoutOfEveryKeyboardAsItIs) {
+  InputReceiver user;
+  const uint8_t keyboard = user.real_keyboard();
+  UseLayout("jp -device " + std::to_string(keyboard));
+  const auto before = UsedKeys(keyboard);
+  TextReceiver receiver;
+  EXPECT_EQ(Type(Ideographs(100), receiver), Ideographs(100));
+  const auto after = UsedKeys(keyboard);
+  for (const auto& [keycode, key] : before) EXPECT_EQ(after.at(keycode), key) << int{keycode};
 }
 
 TEST_F(Typing, OfSeveralProcessesTakesTurns) {

@@ -37,12 +37,14 @@ void Typist::Type(std::u16string_view text) {
                   xcb_get_input_focus(session.connection()));
 }
 
-std::map<uint8_t, platform::Key> UsedKeys() {
+std::map<uint8_t, platform::Key> UsedKeys(uint16_t keyboard) {
   platform::Channel channel;
   const Session session(channel, Soon());
   platform::Await(session.connection(), xcb_xkb_use_extension_reply,
                   xcb_xkb_use_extension(session.connection(), 1, 0));
-  const auto keymap = platform::ReadKeymap(session.connection());
+  const auto reply = platform::Await(session.connection(), xcb_xkb_get_map_reply,
+                                     platform::AskForKeymap(session.connection(), keyboard));
+  const auto keymap = platform::Keymap::Parse(*reply);
   std::map<uint8_t, platform::Key> keys;
   for (int keycode = keymap->min_keycode(); keycode <= keymap->max_keycode(); ++keycode) {
     const platform::Key& key = keymap->key(keycode);

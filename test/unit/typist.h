@@ -24,8 +24,8 @@ class Typist {
   platform::Channel channel_;
 };
 
-/// The keys that have something on them.
-std::map<uint8_t, platform::Key> UsedKeys();
+/// The keys of a keyboard that have something on them.
+std::map<uint8_t, platform::Key> UsedKeys(uint16_t keyboard = XCB_XKB_ID_USE_CORE_KBD);
 
 /// Chooses one of the keyboard's layouts, as a panel does.
 void LockGroup(uint8_t group);

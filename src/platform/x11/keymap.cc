@@ -189,10 +189,15 @@ std::unordered_map<char32_t, Stroke> Keymap::Characters(uint8_t group, Modifiers
   return strokes;
 }
 
+xcb_xkb_get_map_cookie_t AskForKeymap(xcb_connection_t* connection,
+                                      xcb_xkb_device_spec_t keyboard) {
+  return xcb_xkb_get_map(connection, keyboard, kTypesAndSymbols, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0,
+                         0, 0, 0, 0);
+}
+
 std::optional<Keymap> ReadKeymap(xcb_connection_t* connection) {
-  const auto reply = Await(connection, xcb_xkb_get_map_reply,
-                           xcb_xkb_get_map(connection, XCB_XKB_ID_USE_CORE_KBD, kTypesAndSymbols, 0,
-                                           0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
+  const auto reply =
+      Await(connection, xcb_xkb_get_map_reply, AskForKeymap(connection, XCB_XKB_ID_USE_CORE_KBD));
   if (!reply) return std::nullopt;
   return Keymap::Parse(*reply);
 }

@@ -1,6 +1,6 @@
 // The server's keyboard: which key gives what on which level, as XKB has it.
 // A group is a layout. A level is chosen by the modifiers that are down, as the key's type says.
-// Pure but for ReadKeymap(); one thread.
+// Pure but for the questions; one thread.
 #pragma once
 
 #include <array>
@@ -85,6 +85,9 @@ class Keymap {
   std::vector<KeyType> types_;
   std::array<Key, 256> keys_;
 };
+
+/// Asks for what Keymap::Parse() needs, of one keyboard.
+xcb_xkb_get_map_cookie_t AskForKeymap(xcb_connection_t* connection, xcb_xkb_device_spec_t keyboard);
 
 /// Asks the server for the core keyboard's. None when it does not say.
 std::optional<Keymap> ReadKeymap(xcb_connection_t* connection);

@@ -4,9 +4,11 @@
 #include <utility>
 #include <vector>
 
+#include <xcb/xtest.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include "platform/x11/atoms.h"
+#include "platform/x11/device_keymaps.h"
 #include "platform/x11/key_codes.h"
 #include "platform/x11/reply.h"
 
@@ -61,10 +63,11 @@ void LiveKeymap::Handle(const xcb_generic_event_t& event) {
   if (event.response_type != first_event_) return;
   switch (event.pad0) {  // which of XKB's events
     case XCB_XKB_MAP_NOTIFY:
-      is_stale_ |= event.full_sequence != own_change_;
+      is_stale_ |= std::find(own_changes_.begin(), own_changes_.end(), event.full_sequence) ==
+                   own_changes_.end();
       break;
     case XCB_XKB_NEW_KEYBOARD_NOTIFY:
-      is_stale_ = true;
+      is_stale_ |= event.full_sequence != own_choice_;
       break;
     case XCB_XKB_STATE_NOTIFY: {
       const auto& notify = reinterpret_cast<const xcb_xkb_state_notify_event_t&>(event);
@@ -79,14 +82,16 @@ void LiveKeymap::Handle(const xcb_generic_event_t& event) {
 
 bool LiveKeymap::Refresh() {
   if (is_stale_) {
+    ChooseOwnKeyboard();
     const auto state_cookie = xcb_xkb_get_state(connection_, kCoreKeyboard);
     const auto lent = ReadLentKeys(connection_, root_, property_);
     auto keymap = ReadKeymap(connection_);
+    const auto devices = ReadDeviceKeymaps(connection_);
     const auto state = Await(connection_, xcb_xkb_get_state_reply, state_cookie);
     if (!lent || !keymap || !state) return false;
     keymap_ = std::move(*keymap);
     group_ = state->group;
-    FindSpareKeys(*lent);
+    FindSpareKeys(*lent, devices);
     is_stale_ = false;
     has_other_group_ = true;
   }
@@ -98,13 +103,23 @@ bool LiveKeymap::Refresh() {
   return true;
 }
 
-bool LiveKeymap::HasSymbols(uint8_t keycode, const KeySymbols& symbols) const {
-  const Key& key = keymap_.key(keycode);
-  return key.group_info == kOneGroup && key.width == spare_levels_ &&
-         std::equal(key.symbols.begin(), key.symbols.end(), symbols.begin());
+/// The keyboard that programs see has the keymap of whichever keyboard was used last. Ours becomes
+/// that one with our first key; a release of a key that is not down is told to nobody.
+void LiveKeymap::ChooseOwnKeyboard() {
+  const uint8_t keycode = xcb_get_setup(connection_)->max_keycode;
+  own_choice_ = xcb_test_fake_input(connection_, XCB_KEY_RELEASE, keycode, XCB_CURRENT_TIME,
+                                    XCB_NONE, 0, 0, 0)
+                    .sequence;
 }
 
-void LiveKeymap::FindSpareKeys(const LentKeys& lent) {
+/// Whether a key has nothing on it but what is `lent`.
+bool LiveKeymap::IsSpare(const Key& key, const KeySymbols* lent) const {
+  if (key.is_empty()) return true;
+  return lent && key.group_info == kOneGroup && key.width == spare_levels_ &&
+         std::equal(key.symbols.begin(), key.symbols.end(), lent->begin());
+}
+
+void LiveKeymap::FindSpareKeys(const LentKeys& lent, const std::vector<Keymap>& devices) {
   const auto four_levels = keymap_.four_levels();
   spare_type_ = four_levels ? four_levels->type : kTwoLevelType;
   spare_levels_ = four_levels ? 4 : 2;
@@ -113,11 +128,16 @@ void LiveKeymap::FindSpareKeys(const LentKeys& lent) {
   std::vector<std::pair<uint8_t, KeySymbols>> keys;
   for (int keycode = keymap_.min_keycode(); keycode <= keymap_.max_keycode(); ++keycode) {
     const auto entry = lent.keys.find(keycode);
-    // Another keymap may have been loaded since: what is on the key now decides.
-    const bool is_lent = entry != lent.keys.end() && HasSymbols(keycode, entry->second);
-    if (!is_lent && !keymap_.key(keycode).is_empty()) continue;
+    // Another keymap may have been loaded since: what is on the key now decides, on any keyboard.
+    const KeySymbols* const symbols = entry == lent.keys.end() ? nullptr : &entry->second;
+    const Key& key = keymap_.key(keycode);
+    const bool is_spare = IsSpare(key, symbols) &&
+                          std::all_of(devices.begin(), devices.end(), [&](const Keymap& device) {
+                            return IsSpare(device.key(keycode), symbols);
+                          });
+    if (!is_spare) continue;
     spare_.set(keycode);
-    keys.emplace_back(keycode, is_lent ? entry->second : KeySymbols{});
+    keys.emplace_back(keycode, key.is_empty() ? KeySymbols{} : *symbols);
   }
   // A key that callers can name is of use to them even when its layout has nothing on it.
   std::stable_partition(keys.begin(), keys.end(),
@@ -157,9 +177,29 @@ bool LiveKeymap::Bind(const std::map<uint8_t, KeySymbols>& keys) {
     key.symbols.assign(symbols.begin(), symbols.begin() + spare_levels_);
     keymap_.SetKey(keycode, std::move(key));
   }
-  // One request, since every program that shows a window reads the whole keymap anew after each.
-  // The keys between are written as they are.
+  own_changes_.clear();
+  // One change, since every program that shows a window reads the whole keymap anew after each. The
+  // keys between are written as they are; but they are written on every keyboard.
   const uint8_t first = keys.begin()->first, last = keys.rbegin()->first;
+  const auto devices = ReadDeviceKeymaps(connection_);
+  const bool are_alike = std::all_of(devices.begin(), devices.end(), [&](const Keymap& device) {
+    for (int keycode = first; keycode <= last; ++keycode) {
+      if (!spare_[keycode] && device.key(keycode) != keymap_.key(keycode)) return false;
+    }
+    return true;
+  });
+  if (are_alike) return Write(first, last);
+  bool is_written = true;
+  for (auto key = keys.begin(); key != keys.end() && is_written;) {
+    const uint8_t begin = key->first;
+    uint8_t end = begin;
+    while (++key != keys.end() && key->first == end + 1) ++end;
+    is_written = Write(begin, end);
+  }
+  return is_written;
+}
+
+bool LiveKeymap::Write(uint8_t first, uint8_t last) {
   std::vector<uint8_t> body;
   uint16_t symbol_count = 0;
   const auto append = [&body](const void* data, size_t size) {
@@ -181,7 +221,7 @@ bool LiveKeymap::Bind(const std::map<uint8_t, KeySymbols>& keys) {
       connection_, kCoreKeyboard, XCB_XKB_MAP_PART_KEY_SYMS, /*flags=*/0, keymap_.min_keycode(),
       keymap_.max_keycode(), 0, 0, first, last - first + 1, symbol_count, 0, 0, 0, 0, 0, 0, 0, 0, 0,
       0, 0, 0, 0, 0, 0, 0, body.data());
-  own_change_ = cookie.sequence;
+  own_changes_.push_back(cookie.sequence);
   const XError error(xcb_request_check(connection_, cookie));
   is_stale_ |= error != nullptr;
   return !error && !xcb_connection_has_error(connection_);

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <unordered_map>
+#include <vector>
 
 #include "platform/x11/keymap.h"
 #include "platform/x11/lent_keys.h"
@@ -48,7 +49,7 @@ class LiveKeymap {
   Modifiers AllLevelModifiers() const { return kShiftMask | third_level_; }
 
   /// Puts symbols on spare keys, all in one change, of which every program is told. False when the
-  /// server did not do it.
+  /// server did not do it. Where keyboards differ, each run of neighbouring keys is a change.
   bool Bind(const std::map<uint8_t, KeySymbols>& keys);
 
   xcb_atom_t lent_keys_property() const { return property_; }
@@ -56,8 +57,10 @@ class LiveKeymap {
  private:
   LiveKeymap(const Session& session, uint8_t first_event, xcb_atom_t property);
 
-  bool HasSymbols(uint8_t keycode, const KeySymbols& symbols) const;
-  void FindSpareKeys(const LentKeys& lent);
+  void ChooseOwnKeyboard();
+  bool IsSpare(const Key& key, const KeySymbols* lent) const;
+  void FindSpareKeys(const LentKeys& lent, const std::vector<Keymap>& devices);
+  bool Write(uint8_t first, uint8_t last);
   std::optional<uint8_t> FindModifierKey(xkb_keysym_t symbol, uint8_t keycode,
                                          Modifiers other) const;
 
@@ -68,7 +71,9 @@ class LiveKeymap {
 
   bool is_stale_ = true;
   bool has_other_group_ = false;
-  uint32_t own_change_ = 0;  // the request whose change is known already
+  // Requests of ours, whose changes are known already.
+  uint32_t own_choice_ = 0;
+  std::vector<uint32_t> own_changes_;
 
   Keymap keymap_;
   uint8_t group_ = 0;
