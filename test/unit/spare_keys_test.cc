@@ -4,6 +4,7 @@
 
 #include "platform/x11/lent_keys.h"
 #include "platform/x11/pending_uses.h"
+#include "platform/x11/receiver.h"
 #include "platform/x11/surrogates.h"
 
 namespace deskhand::platform {
@@ -126,10 +127,29 @@ TEST(PendingUses, OfAReceiverThatAnswersNothingAreOverAfterAWhile) {
   uses.Add(100, false, 4, kNow + milliseconds(100));
   EXPECT_TRUE(uses.Unpinged().empty());
   EXPECT_EQ(uses.NextExpiry(), kNow + milliseconds(100) + PendingUses::kQuarantine);
-  uses.Expire(kNow + PendingUses::kQuarantine);
+  const auto rests = [](xcb_window_t window) { return window == 100; };
+  uses.Expire(kNow + PendingUses::kQuarantine, rests);
   EXPECT_EQ(uses.over(), 2);
-  uses.Expire(kNow + milliseconds(100) + PendingUses::kQuarantine);
+  uses.Expire(kNow + milliseconds(100) + PendingUses::kQuarantine, rests);
   EXPECT_EQ(uses.over(), kEveryUse);
+}
+
+TEST(PendingUses, OfAReceiverThatDoesNotRestAreNeverOver) {
+  PendingUses uses;
+  uses.Add(100, false, 3, kNow);
+  uses.Expire(kNow + std::chrono::hours(1), [](xcb_window_t) { return false; });
+  EXPECT_EQ(uses.over(), 2);
+}
+
+TEST(Receivers, WaitInTheStatesThatHaveNothingToDo) {
+  EXPECT_EQ(IsWaiting("17 (cat) S 1 17"), true);
+  EXPECT_EQ(IsWaiting("17 (a) R b) S 1 17"), true);
+  for (const char* const busy : {"17 (cat) R 1", "17 (cat) T 1", "17 (cat) t 1", "17 (cat) D 1"}) {
+    EXPECT_EQ(IsWaiting(busy), false) << busy;
+  }
+  for (const char* const other : {"", "17 (cat", "17 (cat) "}) {
+    EXPECT_EQ(IsWaiting(other), std::nullopt) << other;
+  }
 }
 
 TEST(LentKeys, AreReadAsTheyWereWritten) {

@@ -34,9 +34,10 @@ void PendingUses::ForgetPings() {
   for (auto& [window, receiver] : receivers_) receiver.pings.clear();
 }
 
-void PendingUses::Expire(Deadline now) {
-  std::erase_if(receivers_, [now](const auto& entry) {
-    return !entry.second.answers_pings && entry.second.last_at + kQuarantine <= now;
+void PendingUses::Expire(Deadline now, const std::function<bool(xcb_window_t)>& is_at_rest) {
+  std::erase_if(receivers_, [&](const auto& entry) {
+    const auto& [window, receiver] = entry;
+    return !receiver.answers_pings && receiver.last_at + kQuarantine <= now && is_at_rest(window);
   });
 }
 

@@ -1,11 +1,12 @@
 // Which programs may still have key events to look up.
 // A program that answers pings has looked up all that came before one when it answers it. Of
-// others nothing is known but the time that has passed.
+// others nothing is known but the time that has passed, and whether they rest.
 // Pure; one thread.
 #pragma once
 
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <vector>
@@ -19,8 +20,8 @@ namespace deskhand::platform {
 
 class PendingUses {
  public:
-  /// After this time a program that answers no pings is taken to have looked up its events. That
-  /// is true of one that is neither stopped nor busy, and cannot be known.
+  /// After this time a program that answers no pings, and waits for something, is taken to have
+  /// looked up its events. Mostly it has: it would wait for nothing else. It cannot be known.
   static constexpr auto kQuarantine = std::chrono::milliseconds(250);
 
   /// Keys of `use` went to `window`, or may have gone.
@@ -35,8 +36,8 @@ class PendingUses {
 
   /// It has gone, and will look nothing up.
   void Remove(xcb_window_t window) { receivers_.erase(window); }
-  /// Removes those whose quarantine is over.
-  void Expire(Deadline now);
+  /// Removes those whose quarantine is over, and of which `is_at_rest` says so.
+  void Expire(Deadline now, const std::function<bool(xcb_window_t)>& is_at_rest);
 
   /// All uses up to this one are over.
   Use over() const;

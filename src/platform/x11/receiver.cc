@@ -1,6 +1,11 @@
 #include "platform/x11/receiver.h"
 
 #include <algorithm>
+#include <fstream>
+#include <string>
+
+#include <unistd.h>
+#include <xcb/res.h>
 
 #include "platform/x11/atoms.h"
 #include "platform/x11/reply.h"
@@ -24,6 +29,22 @@ xcb_window_t WindowUnderPointer(const Session& session) {
     window = reply->child;
   }
   return window;
+}
+
+/// The process that opened `window`; none when it is on another machine.
+std::optional<uint32_t> ProcessOf(const Session& session, xcb_window_t window) {
+  xcb_connection_t* const connection = session.connection();
+  const xcb_query_extension_reply_t* data = xcb_get_extension_data(connection, &xcb_res_id);
+  if (!data || !data->present) return std::nullopt;
+  const xcb_res_client_id_spec_t wanted{window, XCB_RES_CLIENT_ID_MASK_LOCAL_CLIENT_PID};
+  const auto version_cookie = xcb_res_query_version(connection, 1, 2);
+  const auto ids_cookie = xcb_res_query_client_ids(connection, 1, &wanted);
+  const auto version = Await(connection, xcb_res_query_version_reply, version_cookie);
+  const auto reply = Await(connection, xcb_res_query_client_ids_reply, ids_cookie);
+  if (!version || !reply) return std::nullopt;
+  const auto id = xcb_res_query_client_ids_ids_iterator(reply.get());
+  if (id.rem < 1 || xcb_res_client_id_value_value_length(id.data) < 1) return std::nullopt;
+  return *xcb_res_client_id_value_value(id.data);
 }
 
 }  // namespace
@@ -70,6 +91,22 @@ std::optional<xcb_window_t> QueryFocus(const Session& session) {
                            xcb_get_input_focus(session.connection()));
   if (!reply) return std::nullopt;
   return reply->focus;
+}
+
+std::optional<bool> IsWaiting(std::string_view stat) {
+  // The name before the state may hold anything.
+  const size_t name_end = stat.rfind(") ");
+  if (name_end == stat.npos || name_end + 2 >= stat.size()) return std::nullopt;
+  return std::string_view("SIZX").find(stat[name_end + 2]) != std::string_view::npos;
+}
+
+bool IsAtRest(const Session& session, xcb_window_t window) {
+  const auto process = ProcessOf(session, window);
+  if (!process || *process == static_cast<uint32_t>(getpid())) return true;
+  std::ifstream file("/proc/" + std::to_string(*process) + "/stat");
+  std::string stat;
+  std::getline(file, stat);
+  return IsWaiting(stat).value_or(true);
 }
 
 void SendPing(const Session& session, const PingAtoms& atoms, xcb_window_t window,

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include "platform/x11/session.h"
 
@@ -32,6 +33,13 @@ std::optional<xcb_window_t> QueryFocus(const Session& session);
 /// Whether `window` is there, and answers pings.
 std::optional<Receiver> LookUpReceiver(const Session& session, const PingAtoms& atoms,
                                        xcb_window_t window);
+
+/// Whether the program of `window` waits for something, as it does when it has handled its events.
+/// True when that cannot be known: it runs on another machine, is this one, or is gone.
+bool IsAtRest(const Session& session, xcb_window_t window);
+
+/// Whether a process waits, by /proc/PID/stat (see proc(5)); none when it is not of that form.
+std::optional<bool> IsWaiting(std::string_view stat);
 
 /// Asks the window's program to answer, with `number`, to the root window.
 void SendPing(const Session& session, const PingAtoms& atoms, xcb_window_t window, uint32_t number);

@@ -15,6 +15,9 @@ namespace {
 // How long the server may take to answer while we wait for somebody else.
 constexpr std::chrono::seconds kLongestAnswer{2};
 
+// How often we look whether a program rests.
+constexpr std::chrono::milliseconds kRestInterval{10};
+
 // After this time without news we look whether a receiver is still there.
 constexpr std::chrono::milliseconds kLookInterval{50};
 
@@ -262,7 +265,7 @@ bool TextTyping::WaitUntilOver(const Session& session, Use use) {
   for (;;) {
     TakeEvents(session.link());
     const Deadline now = Clock::now();
-    pending_.Expire(now);
+    pending_.Expire(now, [&](xcb_window_t window) { return IsAtRest(session, window); });
     if (pending_.over() >= use) return true;
     if (now >= deadline || xcb_connection_has_error(connection_)) return false;
     session.SetDeadline(now + kLongestAnswer);
@@ -274,7 +277,8 @@ bool TextTyping::WaitUntilOver(const Session& session, Use use) {
       next_look = Clock::now() + kLookInterval;
       continue;
     }
-    WaitForNews(connection_, std::min(next_look, pending_.NextExpiry().value_or(next_look)));
+    const Deadline expiry = pending_.NextExpiry().value_or(next_look);
+    WaitForNews(connection_, std::clamp(expiry, now + kRestInterval, next_look + kRestInterval));
   }
 }
 
