@@ -69,8 +69,11 @@ function startKeyboard(t, env) {
     lock: (mask) => order('lock', mask),
     /** Chooses one of several layouts, counted from 0. */
     chooseLayout: (number) => order('group', number),
-    /** 'us', or several as in 'us,ru'. */
-    setLayouts: (layouts) => run('setxkbmap', ['-layout', layouts], { env }),
+    /** See startInputDesktop(). */
+    async setLayouts(layouts) {
+      await run('setxkbmap', ['-layout', layouts], { env });
+      await order('group', 0);
+    },
   };
 }
 

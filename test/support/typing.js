@@ -61,8 +61,8 @@ const circumstances = {
 
 /** Types `text` as the row says, and fails unless it arrives and nothing else changes. */
 async function typeAndCheck(scene, { receiver, layout, circumstance }, text, expected = text) {
-  const { addon, keyboard, leavesNoTrace, receivers } = scene;
-  await keyboard.setLayouts(layout);
+  const { addon, leavesNoTrace, receivers, setLayouts } = scene;
+  await setLayouts(layout);
   const program = receivers[receiver];
   await program.begin();
   const action = async () => assert.equal(await addon.typeText(text), true);
