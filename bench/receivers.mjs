@@ -14,9 +14,13 @@ const run = promisify(execFile);
 const STILL_MS = 1500;
 const LONGEST_MS = 120_000;
 
-async function activeTitle() {
+/** Whether the window has become the active one; a window manager may have to be told. */
+async function activate(title) {
+  await run('xdotool', ['search', '--onlyvisible', '--name', `^${title}$`, 'windowactivate']).catch(
+    () => {},
+  );
   const { stdout } = await run('xdotool', ['getactivewindow', 'getwindowname']).catch(() => ({}));
-  return stdout?.trim();
+  return stdout?.trim() === title;
 }
 
 /** The text area of the workbench's page. */
@@ -53,7 +57,7 @@ export const entryReceiver = {
     let text = '';
     entry.stdout.setEncoding('utf8').on('data', (data) => (text += data));
     const ended = once(entry, 'exit');
-    await until(title, 30, async () => (await activeTitle()) === title);
+    await until(title, 30, () => activate(title));
     await delay(300); // the field takes the keyboard a moment after the window
     const start = performance.now();
     await type();

@@ -1,7 +1,7 @@
 # The Linux/X11 backend: XCB, libjpeg-turbo, GLib.
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(X11_BACKEND REQUIRED IMPORTED_TARGET xcb xcb-composite xcb-damage
-                  xcb-randr xcb-render xcb-res xcb-shm xcb-xfixes xcb-xinput xcb-xkb xcb-xtest xkbcommon-x11 libjpeg
+                  xcb-randr xcb-render xcb-res xcb-shm xcb-xfixes xcb-xinput xcb-xkb xcb-xtest xkbcommon libjpeg
                   gio-unix-2.0)
 
 add_library(deskhand_platform OBJECT

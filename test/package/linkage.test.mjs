@@ -66,7 +66,6 @@ test('the shared libraries that it needs are the documented ones', onLinux, () =
       'libxcb-xkb.so.1',
       'libxcb-xtest.so.0',
       'libxcb.so.1',
-      'libxkbcommon-x11.so.0',
       'libxkbcommon.so.0',
     ],
   );
