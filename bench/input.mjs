@@ -121,8 +121,18 @@ async function measureTyping(receivers) {
   printTable(['', 'into', ...Object.keys(texts)], rows);
 }
 
-const { values } = parseArgs({ options: { only: { type: 'string', multiple: true } } });
-const isWanted = (part) => !values.only || values.only.includes(part);
+const parts = ['move', 'query', 'typing'];
+const { values } = parseArgs({
+  options: {
+    only: { type: 'string', multiple: true, default: parts },
+    help: { type: 'boolean', default: false },
+  },
+});
+if (values.help || !values.only.every((part) => parts.includes(part))) {
+  console.log(`scripts/bench input [--only ${parts.join(' | ')}], which may be repeated`);
+  process.exit(values.help ? 0 : 2);
+}
+const isWanted = (part) => values.only.includes(part);
 const load = os.loadavg()[0].toFixed(2);
 console.log(`${os.cpus().length} cores, load ${load} before the start, Node.js ${process.version}`);
 const workbench = await startWorkbench();
