@@ -245,11 +245,11 @@ TEST_F(Typing, OfSeveralProcessesTakesTurns) {
   TextReceiver receiver;
   constexpr int kRounds = 3;
   const std::u32string texts[] = {Ideographs(200), U"Straße " + Ideographs(100, 0x6000) + U"!"};
+  Typist typists[2];
   std::vector<std::future<void>> processes;
-  for (const std::u32string& text : texts) {
-    processes.push_back(std::async(std::launch::async, [&text] {
-      Typist typist;
-      for (int round = 0; round < kRounds; ++round) typist.Type(ToUtf16(text));
+  for (int i = 0; i < 2; ++i) {
+    processes.push_back(std::async(std::launch::async, [&, i] {
+      for (int round = 0; round < kRounds; ++round) typists[i].Type(ToUtf16(texts[i]));
     }));
   }
   for (auto& process : processes) process.wait();

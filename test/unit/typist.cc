@@ -16,6 +16,8 @@ platform::Deadline Soon() { return platform::Clock::now() + std::chrono::seconds
 
 }  // namespace
 
+Typist::Typist() { const Session session(channel_, Soon()); }
+
 void Typist::Begin(std::u16string_view text) {
   const Session session(channel_, Soon());
   InputState::Of(session)->keyboard->BeginText(session, text);

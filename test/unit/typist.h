@@ -12,7 +12,8 @@ namespace deskhand {
 
 class Typist {
  public:
-  Typist() = default;
+  /// Connects at once: XCB reads the authority of a display by means that threads share.
+  Typist();
   Typist(const Typist&) = delete;
   Typist& operator=(const Typist&) = delete;
 
