@@ -20,14 +20,14 @@ async function startTypingScene(t, options) {
   return { ...desktop, receivers: { page, terminal, entry: startEntry(t, desktop) } };
 }
 
-/** Fails with the place where the texts part. */
-function assertSameText(actual, expected) {
+/** Fails with the place where the texts part. `where`: who got the text. */
+function assertSameText(actual, expected, where = 'it') {
   if (actual === expected) return;
   const [got, wanted] = [[...actual], [...expected]];
   const place = wanted.findIndex((character, index) => got[index] !== character);
   const around = (characters) => JSON.stringify(characters.slice(place, place + 20).join(''));
   assert.fail(
-    `${got.length} characters for ${wanted.length}; ` +
+    `${where} has ${got.length} characters for ${wanted.length}; ` +
       `from the ${place}th on ${around(got)} and not ${around(wanted)}`,
   );
 }
@@ -69,7 +69,7 @@ async function typeAndCheck(scene, { receiver, layout, circumstance }, text, exp
   await leavesNoTrace(() => circumstances[circumstance](scene, program, action), {
     userActs: circumstance.endsWith(' held'),
   });
-  assertSameText(await program.finish(), expected);
+  assertSameText(await program.finish(), expected, program.name);
 }
 
 module.exports = { assertSameText, circumstances, startTypingScene, typeAndCheck };
