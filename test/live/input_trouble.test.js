@@ -136,4 +136,22 @@ describe('a server that stops', { concurrency: 12 }, () => {
       });
     }
   }
+
+  for (const [title, holds, call] of [
+    ['a drag', 'buttons', (addon) => addon.mouseDrag(300, 200, 350, 250)],
+    ['a click', 'buttons', (addon) => addon.mouseClick('left', 300, 200)],
+    ['a key hold', 'keys', (addon) => addon.keyHold('ctrl+a', 1000)],
+  ]) {
+    test(`in the middle of ${title} has nothing held when it has gone on`, async (t) => {
+      const { addon, keyboard, server } = await startInputDesktop(t);
+      await assertWorks(addon, keyboard);
+      const calling = call(addon);
+      await until(async () => (await keyboard.state())[holds].length > 0, 'something is held');
+      await server.pause();
+      assert.equal(await calling, true);
+      server.resume();
+      await assertWorks(addon, keyboard);
+      await assertNothingHeld(keyboard);
+    });
+  }
 });
