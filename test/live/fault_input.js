@@ -11,7 +11,7 @@ const DRAG_END = [350, 250];
 
 const BOUND_MS = 9000;
 
-/** A drag has dozens of answers, alike after the first ones, and a quarter of a second of pauses. */
+/** A drag has dozens of answers, of which most are alike, and a quarter of a second of pauses. */
 const FIRST_ONES = 6;
 const EACH = 9;
 

@@ -251,7 +251,7 @@ for (const manager of [true, false]) {
   });
 }
 
-test('a key is the one that gives its character in the layout, else the one in its place', async (t) => {
+test('a key is the one with its character, else the one in its place', async (t) => {
   const { addon, keyboard, page, leavesNoTrace, setLayouts } = await startScene(t);
   for (const [layout, chord, code, key] of [
     ['us', 'ctrl+z', 'KeyZ', 'z'],

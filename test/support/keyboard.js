@@ -11,8 +11,15 @@ const root = path.join(__dirname, '..', '..');
 const program =
   process.env.DESKHAND_KEYBOARD ?? path.join(root, 'build', 'unit', 'test', 'support', 'keyboard');
 
-/** Keycodes of the usual keyboard: what is printed on a key changes with the layout, these do not. */
-const KEY = { escape: 9, backspace: 22, return: 36, control: 37, g: 42, shift: 50, alt: 64, pause: 127 };
+/** Keycodes of the usual keyboard, whatever layout is on it. */
+const KEY = {
+  escape: 9,
+  return: 36,
+  control: 37,
+  g: 42,
+  shift: 50,
+  pause: 127,
+};
 
 /** Core modifier masks. */
 const MASK = { shift: 1, lock: 2, control: 4, alt: 8, super: 64 };

@@ -67,7 +67,8 @@ async function startPage(t, desktop, { x = 0, y = 0 } = {}) {
       await until(() => ask('document.hasFocus()'), 'the page has the keyboard');
       const focused = element ? `document.querySelector('${element}')` : 'document.body';
       await ask(element ? `${focused}.focus()` : 'document.activeElement.blur()');
-      await until(() => ask(`document.activeElement === ${focused}`), `${element} has the keyboard`);
+      const isFocused = `document.activeElement === ${focused}`;
+      await until(() => ask(isFocused), `${focused} has the keyboard`);
     },
     /** Forgets the events so far; they are no longer in since(). */
     async forget() {
