@@ -37,6 +37,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/pixel_format.cc
     src/platform/x11/pixel_rect.cc
     src/platform/x11/pointer.cc
+    src/platform/x11/posting.cc
     src/platform/x11/processes.cc
     src/platform/x11/receiver.cc
     src/platform/x11/repainting.cc

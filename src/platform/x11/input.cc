@@ -3,23 +3,21 @@
 #include <algorithm>
 #include <chrono>
 #include <cmath>
-#include <mutex>
+#include <cstdlib>
 #include <optional>
 #include <thread>
-#include <utility>
 
-#include "platform/x11/call_snapshot.h"
-#include "platform/x11/input_state.h"
+#include "platform/x11/held_input.h"
 #include "platform/x11/monitors.h"
+#include "platform/x11/posting.h"
 #include "platform/x11/reply.h"
 #include "platform/x11/session.h"
 
 namespace deskhand::platform {
 namespace {
 
-// The JavaScript thread waits for each event to be handed over.
-constexpr std::chrono::seconds kLongestWait{2};
-// The server may be slow with so many; the JavaScript thread waits for it to take them.
+// The server may take its time with so many; the JavaScript thread waits for it.
+constexpr int64_t kManyClicks = 1000;
 constexpr std::chrono::seconds kLongestWheelWait{10};
 
 // One line, one click. So many are a document of ten thousand pages, or a mistake.
@@ -28,116 +26,6 @@ constexpr int64_t kMostClicks = 100'000;
 // Button numbers of the X protocol and, for the wheel, of everybody's convention.
 constexpr uint8_t kLeftButton = 1, kMiddleButton = 2, kRightButton = 3;
 constexpr uint8_t kWheelUp = 4, kWheelDown = 5, kWheelLeft = 6, kWheelRight = 7;
-
-/// Whose turn it is: one call's events at a time.
-std::mutex& TurnOfCalls() {
-  static std::mutex& mutex = *new std::mutex;
-  return mutex;
-}
-
-/// What the scope that is open on this thread announced.
-struct OpenScope {
-  uint64_t flags = 0;
-  std::u16string_view text;
-  bool is_typing = false;  // the keyboard was told of the text
-  bool is_guarded = false;
-};
-
-OpenScope& CurrentScope() {
-  thread_local OpenScope scope;
-  return scope;
-}
-
-/// The pixel of the root window where a point lies.
-std::pair<int16_t, int16_t> ToPixel(const Point& point, const PixelRect& primary) {
-  const auto round = [](double value) {
-    return static_cast<int16_t>(std::clamp(std::round(value), -32768.0, 32767.0));
-  };
-  return {round(primary.x + point.x), round(primary.y + point.y)};
-}
-
-/// One event's use of the input connection.
-class Posting {
- public:
-  explicit Posting(std::chrono::seconds longest = kLongestWait)
-      : session_(InputChannel(), Clock::now() + longest),
-        state_(session_ ? InputState::Of(session_) : nullptr) {}
-
-  /// Waits until the server has the events: whatever is asked next, on any connection, comes after.
-  ~Posting() {
-    if (!state_ || state_->device.count() == settled_count_) return;
-    Await(session_.connection(), xcb_get_input_focus_reply,
-          xcb_get_input_focus(session_.connection()));
-  }
-
-  Posting(const Posting&) = delete;
-  Posting& operator=(const Posting&) = delete;
-
-  /// False when nothing can be posted.
-  explicit operator bool() const { return state_ != nullptr; }
-
-  const Session& session() const { return session_; }
-  InputDevice& device() const { return state_->device; }
-  Keyboard* keyboard() const { return state_->keyboard.get(); }
-
-  /// Moves the pointer. False when it is not known where the point lies.
-  bool MoveTo(const Point& point) {
-    if (std::isnan(point.x) || std::isnan(point.y)) return false;
-    CallSnapshot alone;
-    CallSnapshot& snapshot = CurrentCallSnapshot() ? *CurrentCallSnapshot() : alone;
-    // Monitors hardly ever change: the pointer moves as if they had not while they are asked for.
-    const auto guess = state_->primary;
-    if (guess) Move(ToPixel(point, *guess));
-    if (!snapshot.monitors) {
-      snapshot.monitors = QueryMonitors(session_);
-      settled_count_ = state_->device.count();
-    }
-    if (!snapshot.monitors || snapshot.monitors->empty()) return false;
-    const PixelRect& primary = snapshot.monitors->front().bounds;
-    if (guess != primary) Move(ToPixel(point, primary));
-    state_->primary = primary;
-    return true;
-  }
-
-  bool is_guarded() const { return CurrentScope().is_guarded || !state_->keyboard; }
-
-  /// From here to the end of the scope, of all modifiers just those with `flags` are down. The
-  /// first event that needs it decides. `question`: asked before, or none.
-  void Guard(uint64_t flags, Locks locks, ModifierQuestion* question = nullptr) const {
-    if (is_guarded()) return;
-    EndGuard();  // of a scope that could not reach the server at its end
-    const auto modifiers =
-        question ? question->Take() : ModifierQuestion(session_.connection()).Take();
-    if (!modifiers) return;
-    state_->guard.emplace(session_, state_->device, *state_->keyboard, *modifiers, flags, locks);
-    CurrentScope().is_guarded = true;
-  }
-
-  /// Tells the keyboard of the scope's text, once.
-  void BeginText() const {
-    if (std::exchange(CurrentScope().is_typing, true)) return;
-    keyboard()->BeginText(session_, CurrentScope().text);
-  }
-
-  void EndText() const {
-    if (keyboard() && CurrentScope().is_typing) keyboard()->EndText(session_, device());
-  }
-
-  void EndGuard() const {
-    if (!state_->guard) return;
-    state_->guard->End(session_, state_->device);
-    state_->guard.reset();
-  }
-
- private:
-  void Move(const std::pair<int16_t, int16_t>& pixel) const {
-    state_->device.MoveTo(pixel.first, pixel.second);
-  }
-
-  const Session session_;
-  InputState* const state_;
-  std::optional<uint64_t> settled_count_ = {};  // of events, when the server has all of this one
-};
 
 uint8_t NumberOf(MouseButton button) {
   switch (button) {
@@ -218,32 +106,40 @@ InputScope::InputScope(uint64_t flags, std::u16string_view text) {
 }
 
 InputScope::~InputScope() {
-  if (CurrentScope().is_guarded || CurrentScope().is_typing) {
+  const OpenScope& scope = CurrentScope();
+  if (scope.is_guarded || scope.is_typing || Held().keys.any()) {
     const Posting posting;
-    if (posting) {
-      posting.EndText();
-      posting.EndGuard();
-    }
+    if (posting) posting.Finish();
   }
   CurrentScope() = {};
   TurnOfCalls().unlock();
 }
 
 void PostMouseEvent(const MouseEvent& event) {
-  Posting posting;
-  if (!posting) return;
+  if (std::isnan(event.position.x) || std::isnan(event.position.y)) return;
   const auto is_press = IsPress(event.type);
+  const uint8_t button = NumberOf(event.button);
+  Posting posting;
   std::optional<ModifierQuestion> question;
-  if (is_press && !posting.is_guarded()) question.emplace(posting.session().connection());
-  if (!posting.MoveTo(event.position) || !is_press) return;
-  posting.Guard(CurrentScope().flags, Locks::kAsTheyAre, question ? &*question : nullptr);
-  posting.device().Button(NumberOf(event.button), *is_press);
+  if (posting && is_press && !posting.is_guarded()) {
+    question.emplace(posting.session().connection());
+  }
+  if (!posting || !posting.MoveTo(event.position)) {
+    if (is_press == false) Held().overdue_buttons[button] = Held().buttons[button];
+    return;
+  }
+  if (!is_press) return;
+  posting.Guard(Locks::kAsTheyAre, CurrentScope().flags, question ? &*question : nullptr);
+  posting.device().Button(button, *is_press);
 }
 
 void PostWheelEvent(int32_t vertical, int32_t horizontal) {
-  const Posting posting(kLongestWheelWait);
-  if (!posting || (vertical == 0 && horizontal == 0)) return;
-  posting.Guard(CurrentScope().flags, Locks::kAsTheyAre);
+  if (vertical == 0 && horizontal == 0) return;
+  const bool are_many =
+      std::max(std::abs(int64_t{vertical}), std::abs(int64_t{horizontal})) > kManyClicks;
+  const Posting posting(are_many ? kLongestWheelWait : kLongestWait);
+  if (!posting) return;
+  posting.Guard(Locks::kAsTheyAre, CurrentScope().flags);
   TurnWheel(posting, vertical, kWheelUp, kWheelDown);
   TurnWheel(posting, horizontal, kWheelLeft, kWheelRight);
 }
@@ -253,14 +149,14 @@ void PostKeyEvent(const KeyEvent& event) {
   if (!posting || !posting.keyboard()) return;
   const auto key = posting.keyboard()->KeycodeFor(event.key_code);
   if (!key) return;
-  posting.Guard(CurrentScope().flags & ~OwnFlag(event.key_code), LocksFor(event.key_code));
+  posting.Guard(LocksFor(event.key_code), CurrentScope().flags & ~OwnFlag(event.key_code));
   posting.device().Key(*key, event.is_down);
 }
 
 void PostText(std::u16string_view run) {
   const Posting posting;
   if (!posting || !posting.keyboard()) return;
-  posting.Guard(CurrentScope().flags, Locks::kOff);
+  posting.Guard(Locks::kOff, CurrentScope().flags);
   posting.BeginText();
   posting.keyboard()->TypeText(posting.session(), posting.device(), run);
 }

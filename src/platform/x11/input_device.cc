@@ -16,15 +16,30 @@ void InputDevice::Fake(uint8_t type, uint8_t detail, int16_t x, int16_t y) {
 }
 
 void InputDevice::Key(uint8_t keycode, bool is_down) {
-  held_keys_[keycode] = is_down;
+  held_.keys[keycode] = is_down;
   Fake(is_down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode);
 }
 
 void InputDevice::GiveBack(uint8_t keycode) { Fake(XCB_KEY_PRESS, keycode); }
 
 void InputDevice::Button(uint8_t number, bool is_down) {
-  held_buttons_[number] = is_down;
+  held_.buttons[number] = is_down;
+  held_.overdue_buttons[number] = false;
   Fake(is_down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, number);
+}
+
+void InputDevice::LetGo() {
+  for (size_t keycode = 0; keycode < held_.keys.size(); ++keycode) {
+    if (held_.keys[keycode]) Key(static_cast<uint8_t>(keycode), false);
+  }
+  for (size_t number = 0; number < held_.overdue_buttons.size(); ++number) {
+    if (held_.overdue_buttons[number]) Button(static_cast<uint8_t>(number), false);
+  }
+}
+
+HeldInput& Held() {
+  static HeldInput& held = *new HeldInput;
+  return held;
 }
 
 void InputDevice::MoveTo(int16_t x, int16_t y) { Fake(XCB_MOTION_NOTIFY, kAbsolute, x, y); }

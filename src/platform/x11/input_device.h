@@ -2,18 +2,19 @@
 // Space: pixels of the root window. Thread: whoever has a session on the input channel.
 #pragma once
 
-#include <bitset>
 #include <cstdint>
 
+#include "platform/x11/held_input.h"
 #include "platform/x11/session.h"
 
 namespace deskhand::platform {
 
-/// The keyboard and mouse that this process plays, through XTEST. The one place that knows what is
-/// held. Nothing here waits for the server.
+/// The keyboard and mouse that this process plays, through XTEST. Nothing here waits for the
+/// server.
 class InputDevice {
  public:
-  explicit InputDevice(xcb_connection_t* connection) : connection_(connection) {}
+  InputDevice(xcb_connection_t* connection, HeldInput& held)
+      : connection_(connection), held_(held) {}
 
   void Key(uint8_t keycode, bool is_down);
   /// Presses a key that another program held before we came: it is not ours.
@@ -26,16 +27,15 @@ class InputDevice {
   /// How many events were posted.
   uint64_t count() const { return count_; }
 
-  const std::bitset<256>& held_keys() const { return held_keys_; }
-  const std::bitset<256>& held_buttons() const { return held_buttons_; }
+  /// Lets go of all keys, and of the buttons whose release is overdue.
+  void LetGo();
 
  private:
   void Fake(uint8_t type, uint8_t detail, int16_t x = 0, int16_t y = 0);
 
   xcb_connection_t* const connection_;
   uint64_t count_ = 0;
-  std::bitset<256> held_keys_;
-  std::bitset<256> held_buttons_;
+  HeldInput& held_;
 };
 
 }  // namespace deskhand::platform

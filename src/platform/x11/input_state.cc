@@ -14,6 +14,10 @@ InputState* InputState::Of(const Session& session) {
   const auto version = Await(link.connection, xcb_test_get_version_reply,
                              xcb_test_get_version(link.connection, 2, 2));
   if (!version) return nullptr;
+  if (Held().display != link.display) {
+    Held() = {};
+    Held().display = link.display;
+  }
   auto input = std::make_unique<InputState>(link.connection);
   input->keyboard = Keyboard::Start(session);
   link.input = std::move(input);

@@ -14,7 +14,7 @@
 namespace deskhand::platform {
 
 struct InputState {
-  explicit InputState(xcb_connection_t* connection) : device(connection) {}
+  explicit InputState(xcb_connection_t* connection) : device(connection, Held()) {}
 
   InputDevice device;
   std::unique_ptr<Keyboard> keyboard;  // null: this server does not tell of one

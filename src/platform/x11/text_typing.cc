@@ -7,6 +7,8 @@
 #include <poll.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
+#include "platform/x11/atoms.h"
+#include "platform/x11/property.h"
 #include "platform/x11/reply.h"
 
 namespace deskhand::platform {
@@ -40,15 +42,17 @@ void WaitForNews(xcb_connection_t* connection, Deadline until) {
 std::unique_ptr<TextTyping> TextTyping::Start(const Session& session, LiveKeymap& keymap) {
   const auto atoms = QueryPingAtoms(session.connection());
   const auto turn = TypingTurn::Start(session);
-  if (!atoms || !turn) return nullptr;
-  return std::unique_ptr<TextTyping>(new TextTyping(session, keymap, *turn, *atoms));
+  const auto property = MakeAtom(session.connection(), "_DESKHAND_FORMER_LOCKS");
+  if (!atoms || !turn || !property) return nullptr;
+  return std::unique_ptr<TextTyping>(new TextTyping(session, keymap, *turn, *atoms, *property));
 }
 
 TextTyping::TextTyping(const Session& session, LiveKeymap& keymap, TypingTurn turn,
-                       const PingAtoms& atoms)
+                       const PingAtoms& atoms, xcb_atom_t former_locks_property)
     : connection_(session.connection()),
       root_(session.screen().root),
       atoms_(atoms),
+      former_locks_property_(former_locks_property),
       keymap_(keymap),
       turn_(turn),
       // Window managers send pings, too, and number them by the server's time.
@@ -70,7 +74,8 @@ void TextTyping::Begin(const Session& session, std::u16string_view text) {
   const auto state = Await(connection_, xcb_xkb_get_state_reply,
                            xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD));
   if (!state || !keymap_.Refresh()) return;
-  former_locks_ = locked_ = state->lockedMods & keymap_.AllLevelModifiers();
+  locked_ = state->lockedMods & keymap_.AllLevelModifiers();
+  former_locks_ = ReadFormerLocks().value_or(locked_);
   const std::u32string characters = CharactersOf(text);
   can_type_ =
       Wanted(characters).empty() || (BeginWithSpareKeys(session) && Prepare(session, characters));
@@ -151,9 +156,9 @@ void TextTyping::TypeAll(const Session& session, InputDevice& device,
 bool TextTyping::TypeOne(char32_t character, InputDevice& device) {
   if (const Stroke* const stroke = keymap_.FindStroke(character)) {
     // A modifier key may do something else while its modifier is locked.
-    LockModifiers(connection_, 0);
+    LockModifiers(0);
     HoldModifiers(device, stroke->modifiers);
-    LockModifiers(connection_, stroke->modifiers & ~held_);
+    LockModifiers(stroke->modifiers & ~held_);
     device.Key(stroke->keycode, true);
     device.Key(stroke->keycode, false);
     return true;
@@ -164,7 +169,7 @@ bool TextTyping::TypeOne(char32_t character, InputDevice& device) {
   if (!place) return false;
   // Programs need not know that keys give these modifiers.
   HoldModifiers(device, 0);
-  LockModifiers(connection_, keymap_.LevelModifiers(place->level));
+  LockModifiers(keymap_.LevelModifiers(place->level));
   device.Key(place->keycode, true);
   device.Key(place->keycode, false);
   keymap_.spare_keys().SetUsed(*place, use_);
@@ -185,17 +190,33 @@ void TextTyping::HoldModifiers(InputDevice& device, Modifiers modifiers) {
   }
 }
 
-void TextTyping::LockModifiers(xcb_connection_t* connection, Modifiers modifiers) {
+/// What was locked before a process that died in the middle of a text; none when none did.
+std::optional<Modifiers> TextTyping::ReadFormerLocks() const {
+  const auto property = Await(
+      connection_, xcb_get_property_reply,
+      xcb_get_property(connection_, false, root_, former_locks_property_, XCB_ATOM_CARDINAL, 0, 1));
+  const auto locks = property ? ReadCard32(*property) : std::nullopt;
+  if (!locks) return std::nullopt;
+  return static_cast<Modifiers>(*locks & keymap_.AllLevelModifiers());
+}
+
+void TextTyping::LockModifiers(Modifiers modifiers) {
   if (locked_ == modifiers) return;
+  if (locked_ == former_locks_) {
+    const uint32_t locks = former_locks_;
+    xcb_change_property(connection_, XCB_PROP_MODE_REPLACE, root_, former_locks_property_,
+                        XCB_ATOM_CARDINAL, 32, 1, &locks);
+  }
   locked_ = modifiers;
-  xcb_xkb_latch_lock_state(connection, XCB_XKB_ID_USE_CORE_KBD, keymap_.AllLevelModifiers(),
+  xcb_xkb_latch_lock_state(connection_, XCB_XKB_ID_USE_CORE_KBD, keymap_.AllLevelModifiers(),
                            modifiers, 0, 0, 0, 0, 0);
 }
 
 /// Lets go of everything, and takes down who has got what. False when the connection is broken.
 bool TextTyping::EndStretch(const Session& session, InputDevice& device) {
   HoldModifiers(device, 0);
-  LockModifiers(connection_, former_locks_);
+  LockModifiers(former_locks_);
+  xcb_delete_property(connection_, root_, former_locks_property_);
   xcb_flush(connection_);
   if (!is_use_pending_) return true;
   is_use_pending_ = false;
@@ -234,7 +255,11 @@ bool TextTyping::Prepare(const Session& session, std::u32string_view characters)
   if (!last_use || !WaitUntilOver(session, *last_use)) return false;
   const auto changed = keys.Lend(wanted);
   Publish();  // before, so that whoever sees the change knows whose it is
-  return keymap_.Bind(changed);
+  if (!keymap_.Bind(changed)) return false;
+  if (changed.empty() || !receiver_.answers_pings) return true;
+  pending_.Add(receiver_.window, receiver_.answers_pings, use_, Clock::now());
+  const Use bound = use_++;
+  return WaitUntilOver(session, bound);
 }
 
 void TextTyping::Publish() {

@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -45,7 +46,8 @@ class TextTyping {
   void Handle(const xcb_client_message_event_t& message);
 
  private:
-  TextTyping(const Session& session, LiveKeymap& keymap, TypingTurn turn, const PingAtoms& atoms);
+  TextTyping(const Session& session, LiveKeymap& keymap, TypingTurn turn, const PingAtoms& atoms,
+             xcb_atom_t former_locks_property);
 
   bool BeginWithSpareKeys(const Session& session);
   void AdoptUses(const Session& session, const LentKeys& lent);
@@ -56,7 +58,8 @@ class TextTyping {
   std::vector<xkb_keysym_t> Wanted(std::u32string_view characters) const;
 
   void HoldModifiers(InputDevice& device, Modifiers modifiers);
-  void LockModifiers(xcb_connection_t* connection, Modifiers modifiers);
+  void LockModifiers(Modifiers modifiers);
+  std::optional<Modifiers> ReadFormerLocks() const;
   bool EndStretch(const Session& session, InputDevice& device);
 
   void FindReceiverNow(const Session& session, xcb_window_t focus);
@@ -68,6 +71,7 @@ class TextTyping {
   xcb_connection_t* const connection_;
   const xcb_window_t root_;
   const PingAtoms atoms_;
+  const xcb_atom_t former_locks_property_;
   LiveKeymap& keymap_;
   TypingTurn turn_;
 
