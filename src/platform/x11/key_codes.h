@@ -10,8 +10,8 @@ namespace deskhand::platform {
 /// A key of the ANSI keyboard.
 struct KeyPlace {
   uint16_t virtual_key_code;
-  xkb_keysym_t symbol;  // what it gives without modifiers in the layout that its name is from
   uint8_t keycode;      // of the key in the same place, by the numbers of evdev; 0: there is none
+  xkb_keysym_t symbol;  // what it gives without modifiers in the layout that its name is from
 };
 
 /// Null when no key has this code. `fn` has one, and neither symbol nor place: no X keyboard tells

@@ -20,11 +20,11 @@ void SpareKeys::Update(const std::vector<std::pair<uint8_t, KeySymbols>>& keys,
   const std::vector<Slot> before = std::exchange(slots_, {});
   for (const auto& [keycode, symbols] : keys) {
     for (uint8_t level = 0; level < level_count; ++level) {
-      const auto same = std::find_if(before.begin(), before.end(), [&](const Slot& slot) {
-        return slot.place.keycode == keycode && slot.place.level == level;
-      });
+      const Place place{keycode, level};
+      const auto same = std::find_if(before.begin(), before.end(),
+                                     [&place](const Slot& slot) { return slot.place == place; });
       const Use last_use = same == before.end() ? 0 : same->last_use;
-      slots_.push_back({{keycode, level}, symbols[level], last_use});
+      slots_.push_back({place, symbols[level], last_use});
     }
   }
 }
@@ -39,9 +39,7 @@ std::optional<SpareKeys::Place> SpareKeys::Find(xkb_keysym_t symbol) const {
 
 void SpareKeys::SetUsed(const Place& place, Use use) {
   for (Slot& slot : slots_) {
-    if (slot.place.keycode == place.keycode && slot.place.level == place.level) {
-      slot.last_use = use;
-    }
+    if (slot.place == place) slot.last_use = use;
   }
 }
 

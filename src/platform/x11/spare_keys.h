@@ -27,6 +27,7 @@ class SpareKeys {
   struct Place {
     uint8_t keycode;
     uint8_t level;
+    bool operator==(const Place&) const = default;
   };
 
   /// The spare keys as they are now; those that come first are lent first. The first `level_count`
