@@ -176,17 +176,19 @@ TEST_F(Typing, GivesReceiversTimeThatAnswerNoPings) {
 
 TEST_F(Typing, BreaksOffRatherThanBeingWrong) {
   TextReceiver receiver;
-  receiver.Stop();
   const std::u32string text = Ideographs(200);
+  const std::u32string fitting = text.substr(0, kFitting);
+  EXPECT_EQ(Type(fitting, receiver), fitting);  // these are on keys now
+  receiver.Stop();
   EnterText(ToUtf16(text));
   receiver.Continue();
   EnterText(u".");
-  const std::u32string expected = text.substr(0, kFitting) + U".";
-  EXPECT_EQ(receiver.TextLike(expected), expected);
+  EXPECT_EQ(receiver.TextLike(fitting + U"."), fitting + U".");
 }
 
 TEST_F(Typing, DoesNotWaitForAReceiverThatIsGone) {
   auto gone = std::make_unique<TextReceiver>();
+  EXPECT_EQ(Type(Ideographs(70), *gone), Ideographs(70));  // these are on keys now
   gone->Stop();
   EnterText(ToUtf16(Ideographs(70)));
   TextReceiver receiver;  // before, or its window could get the other's number
@@ -198,6 +200,7 @@ TEST_F(Typing, DoesNotWaitForAReceiverThatIsGone) {
 
 TEST_F(Typing, WaitsForTheReceiverOfTheTextBefore) {
   TextReceiver first;
+  EXPECT_EQ(Type(Ideographs(70), first), Ideographs(70));  // these are on keys now
   first.Stop();
   EnterText(ToUtf16(Ideographs(70)));
   TextReceiver second;
@@ -277,6 +280,8 @@ TEST_F(Typing, UsesTheKeysThatAnEarlierProcessUsed) {
 
 TEST_F(Typing, WaitsForTheReceiverOfAnEarlierProcess) {
   TextReceiver first;
+  Typist().Type(ToUtf16(Ideographs(70)));
+  EXPECT_EQ(first.TextLike(Ideographs(70)), Ideographs(70));  // these are on keys now
   first.Stop();
   std::make_unique<Typist>()->Type(ToUtf16(Ideographs(70)));
   TextReceiver second;

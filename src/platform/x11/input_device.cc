@@ -16,15 +16,16 @@ void InputDevice::Fake(uint8_t type, uint8_t detail, int16_t x, int16_t y) {
 }
 
 void InputDevice::Key(uint8_t keycode, bool is_down) {
-  held_.keys[keycode] = is_down;
+  if (is_down) held_.keys.set(keycode);
+  released_keys_[keycode] = !is_down;
   Fake(is_down ? XCB_KEY_PRESS : XCB_KEY_RELEASE, keycode);
 }
 
 void InputDevice::GiveBack(uint8_t keycode) { Fake(XCB_KEY_PRESS, keycode); }
 
 void InputDevice::Button(uint8_t number, bool is_down) {
-  held_.buttons[number] = is_down;
-  held_.overdue_buttons[number] = false;
+  if (is_down) held_.buttons.set(number);
+  released_buttons_[number] = !is_down;
   Fake(is_down ? XCB_BUTTON_PRESS : XCB_BUTTON_RELEASE, number);
 }
 
@@ -35,6 +36,18 @@ void InputDevice::LetGo() {
   for (size_t number = 0; number < held_.overdue_buttons.size(); ++number) {
     if (held_.overdue_buttons[number]) Button(static_cast<uint8_t>(number), false);
   }
+}
+
+void InputDevice::Settle(bool is_posted) {
+  if (is_posted) {
+    held_.keys &= ~released_keys_;
+    held_.buttons &= ~released_buttons_;
+    held_.overdue_buttons &= held_.buttons;
+  } else {
+    held_.overdue_buttons |= released_buttons_;
+  }
+  released_keys_.reset();
+  released_buttons_.reset();
 }
 
 HeldInput& Held() {

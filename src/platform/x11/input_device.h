@@ -30,12 +30,18 @@ class InputDevice {
   /// Lets go of all keys, and of the buttons whose release is overdue.
   void LetGo();
 
+  /// The server has all that was posted, or is out of reach and may have got less.
+  void Settle(bool is_posted);
+
  private:
   void Fake(uint8_t type, uint8_t detail, int16_t x = 0, int16_t y = 0);
 
   xcb_connection_t* const connection_;
   uint64_t count_ = 0;
   HeldInput& held_;
+  // Not yet known to be at the server.
+  std::bitset<256> released_keys_;
+  std::bitset<256> released_buttons_;
 };
 
 }  // namespace deskhand::platform

@@ -43,8 +43,9 @@ Posting::Posting(std::chrono::seconds longest) {
 Posting::~Posting() {
   if (!state_) return;
   if (state_->device.count() != settled_count_) {
-    Await(session_->connection(), xcb_get_input_focus_reply,
-          xcb_get_input_focus(session_->connection()));
+    const auto reply = Await(session_->connection(), xcb_get_input_focus_reply,
+                             xcb_get_input_focus(session_->connection()));
+    state_->device.Settle(reply != nullptr);
   }
   if (!session_->error().empty()) CurrentScope().has_failed = true;
 }
