@@ -143,6 +143,7 @@ function exclusionOf(bundleId, assertRight) {
 const functions = [
   {
     name: 'listDisplays',
+    leastAnswers: { first: 8, later: 1 }, // names of monitors are known by then
     call: (addon) => addon.listDisplays(),
     boundMs: QUESTION_BOUND_MS,
     values: async ({ displays }) => [displays, []],
