@@ -19,7 +19,7 @@ async function timed(take) {
 
 /** What `count` pictures add to the resident memory, in bytes. */
 async function growth(take, count) {
-  const settled = 1000; // by then the collector has run in all its ways, and buffers have their sizes
+  const settled = 200; // by then buffers and the collector's own memory have their sizes
   for (let index = 0; index < settled; ++index) await take();
   globalThis.gc();
   const before = process.memoryUsage.rss();
