@@ -18,6 +18,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/exclusion.cc
     src/platform/x11/exclusion_plan.cc
     src/platform/x11/grab.cc
+    src/platform/x11/held_input.cc
     src/platform/x11/input.cc
     src/platform/x11/input_device.cc
     src/platform/x11/input_state.cc

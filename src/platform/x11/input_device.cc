@@ -50,11 +50,6 @@ void InputDevice::Settle(bool is_posted) {
   released_buttons_.reset();
 }
 
-HeldInput& Held() {
-  static HeldInput& held = *new HeldInput;
-  return held;
-}
-
 void InputDevice::MoveTo(int16_t x, int16_t y) { Fake(XCB_MOTION_NOTIFY, kAbsolute, x, y); }
 
 }  // namespace deskhand::platform

@@ -14,26 +14,6 @@ namespace {
 // The server's own names of the devices that XTEST plays.
 constexpr std::string_view kPlayedByPrograms = "XTEST";
 
-/// The devices that are real keyboards.
-std::vector<uint8_t> FindKeyboards(const Session& session) {
-  xcb_connection_t* const connection = session.connection();
-  std::vector<uint8_t> keyboards;
-  const auto version_cookie = xcb_input_xi_query_version(connection, 2, 0);
-  const auto devices_cookie = xcb_input_xi_query_device(connection, XCB_INPUT_DEVICE_ALL);
-  const auto version = Await(connection, xcb_input_xi_query_version_reply, version_cookie);
-  const auto devices = Await(connection, xcb_input_xi_query_device_reply, devices_cookie);
-  if (!version || !devices) return {};
-  auto infos = xcb_input_xi_query_device_infos_iterator(devices.get());
-  for (; infos.rem > 0; xcb_input_xi_device_info_next(&infos)) {
-    const std::string_view name(xcb_input_xi_device_info_name(infos.data),
-                                xcb_input_xi_device_info_name_length(infos.data));
-    if (infos.data->type != XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD) continue;
-    if (name.find(kPlayedByPrograms) != std::string_view::npos) continue;
-    keyboards.push_back(static_cast<uint8_t>(infos.data->deviceid));
-  }
-  return keyboards;
-}
-
 std::bitset<256> HeldKeys(const xcb_input_query_device_state_reply_t& reply) {
   std::bitset<256> held;
   auto classes = xcb_input_query_device_state_classes_iterator(&reply);
@@ -47,17 +27,36 @@ std::bitset<256> HeldKeys(const xcb_input_query_device_state_reply_t& reply) {
   return held;
 }
 
-const xcb_query_extension_reply_t* InputExtension(const Session& session) {
-  const auto* data = xcb_get_extension_data(session.connection(), &xcb_input_id);
+const xcb_query_extension_reply_t* InputExtension(xcb_connection_t* connection) {
+  const auto* data = xcb_get_extension_data(connection, &xcb_input_id);
   return data && data->present ? data : nullptr;
 }
 
 }  // namespace
 
+std::vector<uint8_t> KeyboardDevices(xcb_connection_t* connection, bool with_played) {
+  if (!InputExtension(connection)) return {};
+  const auto version_cookie = xcb_input_xi_query_version(connection, 2, 0);
+  const auto devices_cookie = xcb_input_xi_query_device(connection, XCB_INPUT_DEVICE_ALL);
+  const auto version = Await(connection, xcb_input_xi_query_version_reply, version_cookie);
+  const auto devices = Await(connection, xcb_input_xi_query_device_reply, devices_cookie);
+  if (!version || !devices) return {};
+  std::vector<uint8_t> keyboards;
+  auto infos = xcb_input_xi_query_device_infos_iterator(devices.get());
+  for (; infos.rem > 0; xcb_input_xi_device_info_next(&infos)) {
+    if (infos.data->type != XCB_INPUT_DEVICE_TYPE_SLAVE_KEYBOARD) continue;
+    const std::string_view name(xcb_input_xi_device_info_name(infos.data),
+                                xcb_input_xi_device_info_name_length(infos.data));
+    const bool is_played = name.find(kPlayedByPrograms) != std::string_view::npos;
+    if (is_played && !with_played) continue;
+    keyboards.push_back(static_cast<uint8_t>(infos.data->deviceid));
+  }
+  return keyboards;
+}
+
 std::vector<RealKeyboard> RealKeyboards(const Session& session) {
-  if (!InputExtension(session)) return {};
   std::vector<RealKeyboard> keyboards;
-  for (const uint8_t id : FindKeyboards(session)) {
+  for (const uint8_t id : KeyboardDevices(session.connection(), /*with_played=*/false)) {
     const auto state = Await(session.connection(), xcb_input_query_device_state_reply,
                              xcb_input_query_device_state(session.connection(), id));
     if (state) keyboards.push_back({.id = id, .held = HeldKeys(*state)});
@@ -66,7 +65,7 @@ std::vector<RealKeyboard> RealKeyboards(const Session& session) {
 }
 
 void PressAnew(const Session& session, const RealKeyboard& keyboard, uint8_t keycode) {
-  const auto* extension = InputExtension(session);
+  const auto* extension = InputExtension(session.connection());
   if (!extension) return;
   for (const int type : {XCB_INPUT_DEVICE_KEY_RELEASE, XCB_INPUT_DEVICE_KEY_PRESS}) {
     xcb_test_fake_input(session.connection(), static_cast<uint8_t>(extension->first_event + type),

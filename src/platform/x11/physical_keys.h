@@ -15,6 +15,10 @@ struct RealKeyboard {
   std::bitset<256> held;  // by keycode
 };
 
+/// The devices that are keyboards, with or without those that programs play; none when the server
+/// cannot tell.
+std::vector<uint8_t> KeyboardDevices(xcb_connection_t* connection, bool with_played);
+
 /// The keyboards but those that programs play; none when the server cannot tell.
 std::vector<RealKeyboard> RealKeyboards(const Session& session);
 
