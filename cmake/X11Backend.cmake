@@ -55,16 +55,17 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/window_support.cc
     src/platform/x11/window_watch.cc)
 target_link_libraries(deskhand_platform PUBLIC PkgConfig::X11_BACKEND Threads::Threads)
+deskhand_share_headers(deskhand_platform <xcb/xcb.h>)
 
 # The scaler's innermost loops, once for any processor and once for those with AVX2.
 if(CMAKE_SYSTEM_PROCESSOR MATCHES "x86_64|AMD64")
   target_sources(deskhand_platform PRIVATE src/platform/x11/best_kernels_x86.cc
                                            src/platform/x11/scaling_kernels_avx2.cc)
   set_source_files_properties(src/platform/x11/scaling_kernels_avx2.cc
-                              PROPERTIES COMPILE_OPTIONS -mavx2)
+                              PROPERTIES COMPILE_OPTIONS -mavx2 SKIP_PRECOMPILE_HEADERS ON)
   # GCC warns of vectors of 256 bits as arguments; here only inlined functions have such.
   set_source_files_properties(src/platform/x11/scaling_kernels_portable.cc
-                              PROPERTIES COMPILE_OPTIONS -Wno-psabi)
+                              PROPERTIES COMPILE_OPTIONS -Wno-psabi SKIP_PRECOMPILE_HEADERS ON)
 else()
   target_sources(deskhand_platform PRIVATE src/platform/x11/best_kernels_other.cc)
 endif()

@@ -2,7 +2,7 @@
 
 // Text arrives as it was written, whatever it is, whoever gets it, whatever the keyboard is set to.
 // Of all combinations a choice runs in which everything meets everything else in pairs; all of them
-// with DESKHAND_FULL_MATRIX=1, which takes half an hour.
+// with DESKHAND_FULL=1, which takes half an hour.
 const { describe, test } = require('node:test');
 const { allCombinations, pairwiseCombinations } = require('../support/pairwise.js');
 const { texts, withFewCharacters } = require('../support/texts.js');
@@ -19,7 +19,7 @@ const factors = {
   circumstance: Object.keys(circumstances),
 };
 
-const isFull = process.env.DESKHAND_FULL_MATRIX === '1';
+const isFull = process.env.DESKHAND_FULL;
 const rows = isFull ? allCombinations(factors) : pairwiseCombinations(factors);
 
 /**

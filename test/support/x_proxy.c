@@ -12,6 +12,7 @@
 //   spoil N FAULT [VALUE]   the N-th answer from now on; no answer when N is 0
 //   count                   only counts
 //   hangup                  closes the connections that have fallen silent
+//   drop                    closes all connections
 //
 // FAULT is one of
 //   error    an X error in its place; VALUE is its code. To an opening: a refusal.
@@ -261,9 +262,9 @@ static bool Spoil(const char* arguments) {
   return true;
 }
 
-static void HangUp(void) {
+static void HangUp(bool all) {
   for (size_t index = connection_count; index-- > 0;) {
-    if (connections[index].is_silent) CloseConnection(index);
+    if (all || connections[index].is_silent) CloseConnection(index);
   }
 }
 
@@ -271,8 +272,9 @@ static void HangUp(void) {
 static bool RunNextCommand(void) {
   char line[128];
   if (!fgets(line, sizeof(line), stdin)) return false;
-  const bool hangs_up = strcmp(line, "hangup\n") == 0;
-  if (hangs_up) HangUp();
+  const bool drops = strcmp(line, "drop\n") == 0;
+  const bool hangs_up = drops || strcmp(line, "hangup\n") == 0;
+  if (hangs_up) HangUp(drops);
   const bool is_done = hangs_up || strcmp(line, "count\n") == 0 ||
                        (strncmp(line, "spoil ", 6) == 0 && Spoil(line + 6));
   printf("%s %llu\n", is_done ? "ok" : "error", (unsigned long long)answers);

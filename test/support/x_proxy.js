@@ -35,6 +35,8 @@ async function startXProxy(t, server) {
     count: () => order('count'),
     /** Ends the connections that a fault has silenced. */
     hangUp: () => order('hangup'),
+    /** Ends all connections. */
+    drop: () => order('drop'),
   };
 }
 
