@@ -15,6 +15,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/desktop_entries.cc
     src/platform/x11/device_keymaps.cc
     src/platform/x11/displays.cc
+    src/platform/x11/event_barrier.cc
     src/platform/x11/exclusion.cc
     src/platform/x11/exclusion_plan.cc
     src/platform/x11/grab.cc

@@ -1,6 +1,7 @@
 // Modifiers around clicks and keys, as programs get them. Each test has a server of its own.
 #include "platform/x11/modifiers.h"
 
+#include <chrono>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +12,7 @@
 #include "platform/input.h"
 #include "unit/input_receiver.h"
 #include "unit/private_xvfb.h"
+#include "unit/text_receiver.h"
 
 namespace deskhand {
 namespace {
@@ -133,6 +135,22 @@ TEST_F(Modifiers, ThatTheUserHoldsAreNotSeenAndAreHeldAgainAfterwards) {
   EXPECT_TRUE(receiver_->IsDown(control_));
   receiver_->PressPhysically(control_, false);
   EXPECT_FALSE(receiver_->IsDown(control_));
+}
+
+TEST_F(Modifiers, ThatTheUserHoldsAreGivenBackWhenTheProgramHasGotToTheKey) {
+  TextReceiver program;
+  receiver_->PressPhysically(shift_, true);
+  const auto tap = [] {
+    const auto start = std::chrono::steady_clock::now();
+    Tap(kA);
+    return std::chrono::steady_clock::now() - start;
+  };
+  EXPECT_LT(tap(), std::chrono::milliseconds(900));
+  program.Stop();
+  EXPECT_GE(tap(), std::chrono::seconds(1)) << "the longest that one is waited for";
+  EXPECT_TRUE(receiver_->IsDown(shift_));
+  program.Continue();
+  EXPECT_EQ(program.TextLike(U"aa"), U"aa");
 }
 
 TEST_F(Modifiers, ThatTheUserHoldsAndTheChordWantsAreLeftAlone) {

@@ -8,15 +8,18 @@
 
 namespace deskhand::platform {
 
-Keyboard::Keyboard(std::unique_ptr<LiveKeymap> keymap, std::unique_ptr<TextTyping> typing)
-    : keymap_(std::move(keymap)), typing_(std::move(typing)) {}
+Keyboard::Keyboard(std::unique_ptr<LiveKeymap> keymap, std::unique_ptr<TextTyping> typing,
+                   const PingAtoms& atoms)
+    : keymap_(std::move(keymap)), typing_(std::move(typing)), barrier_(atoms) {}
 
 std::unique_ptr<Keyboard> Keyboard::Start(const Session& session) {
   auto keymap = LiveKeymap::Start(session);
   if (!keymap) return nullptr;
-  auto typing = TextTyping::Start(session, *keymap);
+  const auto atoms = QueryPingAtoms(session.connection());
+  if (!atoms) return nullptr;
+  auto typing = TextTyping::Start(session, *keymap, *atoms);
   if (!typing) return nullptr;
-  return std::unique_ptr<Keyboard>(new Keyboard(std::move(keymap), std::move(typing)));
+  return std::unique_ptr<Keyboard>(new Keyboard(std::move(keymap), std::move(typing), *atoms));
 }
 
 std::optional<uint8_t> Keyboard::KeycodeFor(uint16_t virtual_key_code) const {

@@ -9,6 +9,7 @@
 
 #include <xkbcommon/xkbcommon.h>
 
+#include "platform/x11/event_barrier.h"
 #include "platform/x11/input_device.h"
 #include "platform/x11/live_keymap.h"
 #include "platform/x11/session.h"
@@ -24,7 +25,10 @@ class Keyboard {
   /// An event of the server.
   void Handle(const xcb_generic_event_t& event) { keymap_->Handle(event); }
   /// A message that another client sent.
-  void HandleMessage(const xcb_client_message_event_t& message) { typing_->Handle(message); }
+  void HandleMessage(const xcb_client_message_event_t& message) {
+    typing_->Handle(message);
+    barrier_.Handle(message);
+  }
 
   /// The key for a virtual key code (a position on the ANSI keyboard): the one that has the key's
   /// symbol in the active layout, else that in its place. None when the keyboard has neither.
@@ -42,11 +46,16 @@ class Keyboard {
   }
   void EndText(const Session& session, InputDevice& device) { typing_->End(session, device); }
 
+  /// Waits for programs to have got to what was posted; see EventBarrier.
+  void WaitForPrograms(const Session& session) { barrier_.Wait(session); }
+
  private:
-  Keyboard(std::unique_ptr<LiveKeymap> keymap, std::unique_ptr<TextTyping> typing);
+  Keyboard(std::unique_ptr<LiveKeymap> keymap, std::unique_ptr<TextTyping> typing,
+           const PingAtoms& atoms);
 
   const std::unique_ptr<LiveKeymap> keymap_;
   const std::unique_ptr<TextTyping> typing_;
+  EventBarrier barrier_;
 };
 
 }  // namespace deskhand::platform

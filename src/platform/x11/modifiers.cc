@@ -1,8 +1,6 @@
 #include "platform/x11/modifiers.h"
 
 #include <algorithm>
-#include <chrono>
-#include <thread>
 #include <utility>
 
 #include <xkbcommon/xkbcommon-keysyms.h>
@@ -15,8 +13,6 @@ namespace deskhand::platform {
 namespace {
 
 constexpr uint16_t kCoreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
-
-constexpr std::chrono::milliseconds kTimeToLook{50};
 
 // The left-hand keys, by their virtual key codes, in the order in which they are pressed.
 struct ModifierKey {
@@ -156,13 +152,13 @@ void ModifierGuard::SetLocks(Locks locks, xcb_connection_t* connection, const Ke
   SwitchLocks(connection, changed_locks_, locked & changed_locks_, state.latched);
 }
 
-void ModifierGuard::End(const Session& session, InputDevice& device) {
+void ModifierGuard::End(const Session& session, InputDevice& device, Keyboard& keyboard) {
   for (auto key = pressed_.rbegin(); key != pressed_.rend(); ++key) device.Key(*key, false);
   if (changed_locks_ != 0) SwitchLocks(session.connection(), changed_locks_, former_locks_);
   if (released_.empty()) return;
   // Chromium takes the modifiers of the moment in which it gets to a button's event, not those of
   // the event: seen when it was busy.
-  std::this_thread::sleep_for(kTimeToLook);
+  keyboard.WaitForPrograms(session);
   const std::vector<RealKeyboard> keyboards = RealKeyboards(session);
   for (const Released& key : released_) {
     const RealKeyboard* const holder = FindHolder(keyboards, key.keycode);

@@ -65,7 +65,7 @@ class ModifierGuard {
                 const ModifierState& state, uint64_t flags, Locks locks);
 
   /// Puts everything back; only ever called with the connection that it began on.
-  void End(const Session& session, InputDevice& device);
+  void End(const Session& session, InputDevice& device, Keyboard& keyboard);
 
  private:
   struct Released {

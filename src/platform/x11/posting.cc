@@ -94,7 +94,7 @@ void Posting::Finish() const {
 
 void Posting::EndGuard() const {
   if (!state_->guard) return;
-  state_->guard->End(*session_, state_->device);
+  state_->guard->End(*session_, state_->device, *state_->keyboard);
   state_->guard.reset();
 }
 

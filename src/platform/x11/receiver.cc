@@ -1,9 +1,11 @@
 #include "platform/x11/receiver.h"
 
 #include <algorithm>
+#include <chrono>
 #include <fstream>
 #include <string>
 
+#include <poll.h>
 #include <unistd.h>
 #include <xcb/res.h>
 
@@ -121,6 +123,28 @@ void SendPing(const Session& session, const PingAtoms& atoms, xcb_window_t windo
   message.data.data32[2] = window;
   xcb_send_event(session.connection(), false, window, XCB_EVENT_MASK_NO_EVENT,
                  reinterpret_cast<const char*>(&message));
+}
+
+uint32_t FirstPing() { return static_cast<uint32_t>(Clock::now().time_since_epoch().count()); }
+
+std::optional<uint32_t> PongNumber(const xcb_client_message_event_t& message,
+                                   const PingAtoms& atoms) {
+  const uint32_t* const data = message.data.data32;
+  if (message.type != atoms.protocols || data[0] != atoms.ping) return std::nullopt;
+  return data[1];
+}
+
+void ListenForPongs(const Session& session, bool is_listening) {
+  const uint32_t events = is_listening ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : 0;
+  xcb_change_window_attributes(session.connection(), session.screen().root, XCB_CW_EVENT_MASK,
+                               &events);
+}
+
+void WaitForNews(const Session& session, Deadline until) {
+  xcb_flush(session.connection());
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
+  pollfd socket{xcb_get_file_descriptor(session.connection()), POLLIN, 0};
+  poll(&socket, 1, static_cast<int>(std::max<int64_t>(left, 0)));
 }
 
 }  // namespace deskhand::platform

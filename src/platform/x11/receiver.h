@@ -44,4 +44,18 @@ std::optional<bool> IsWaiting(std::string_view stat);
 /// Asks the window's program to answer, with `number`, to the root window.
 void SendPing(const Session& session, const PingAtoms& atoms, xcb_window_t window, uint32_t number);
 
+/// To count pings from: window managers send some, too, and number them by the server's time.
+uint32_t FirstPing();
+
+/// The number of the ping that this message answers; none when it is something else.
+std::optional<uint32_t> PongNumber(const xcb_client_message_event_t& message,
+                                   const PingAtoms& atoms);
+
+/// Answers are heard while the root window's events are; not for longer than need be, as the server
+/// sends every window's changes along.
+void ListenForPongs(const Session& session, bool is_listening);
+
+/// Waits for the server to send something.
+void WaitForNews(const Session& session, Deadline until);
+
 }  // namespace deskhand::platform

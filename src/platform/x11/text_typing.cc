@@ -4,7 +4,6 @@
 #include <optional>
 #include <utility>
 
-#include <poll.h>
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include "platform/x11/atoms.h"
@@ -29,22 +28,14 @@ std::u32string CharactersOf(std::u16string_view text) {
   return characters;
 }
 
-/// Waits for the server to send something.
-void WaitForNews(xcb_connection_t* connection, Deadline until) {
-  xcb_flush(connection);
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(until - Clock::now()).count();
-  pollfd socket{xcb_get_file_descriptor(connection), POLLIN, 0};
-  poll(&socket, 1, static_cast<int>(std::max<int64_t>(left, 0)));
-}
-
 }  // namespace
 
-std::unique_ptr<TextTyping> TextTyping::Start(const Session& session, LiveKeymap& keymap) {
-  const auto atoms = QueryPingAtoms(session.connection());
+std::unique_ptr<TextTyping> TextTyping::Start(const Session& session, LiveKeymap& keymap,
+                                              const PingAtoms& atoms) {
   const auto turn = TypingTurn::Start(session);
   const auto property = MakeAtom(session.connection(), "_DESKHAND_FORMER_LOCKS");
-  if (!atoms || !turn || !property) return nullptr;
-  return std::unique_ptr<TextTyping>(new TextTyping(session, keymap, *turn, *atoms, *property));
+  if (!turn || !property) return nullptr;
+  return std::unique_ptr<TextTyping>(new TextTyping(session, keymap, *turn, atoms, *property));
 }
 
 TextTyping::TextTyping(const Session& session, LiveKeymap& keymap, TypingTurn turn,
@@ -55,13 +46,11 @@ TextTyping::TextTyping(const Session& session, LiveKeymap& keymap, TypingTurn tu
       former_locks_property_(former_locks_property),
       keymap_(keymap),
       turn_(turn),
-      // Window managers send pings, too, and number them by the server's time.
-      next_ping_(static_cast<uint32_t>(Clock::now().time_since_epoch().count())) {}
+      next_ping_(FirstPing()) {}
 
 void TextTyping::Handle(const xcb_client_message_event_t& message) {
-  const uint32_t* const data = message.data.data32;
-  if (message.window != root_ || message.type != atoms_.protocols || data[0] != atoms_.ping) return;
-  pending_.OnPong(/*window=*/data[2], /*number=*/data[1]);
+  const auto number = PongNumber(message, atoms_);
+  if (number) pending_.OnPong(/*window=*/message.data.data32[2], *number);
 }
 
 void TextTyping::Begin(const Session& session, std::u16string_view text) {
@@ -82,7 +71,7 @@ void TextTyping::Begin(const Session& session, std::u16string_view text) {
 }
 
 bool TextTyping::BeginWithSpareKeys(const Session& session) {
-  ListenForPongs(true);
+  ListenForPongs(session, true);
   is_listening_ = true;
   const auto lent = ReadLentKeys(connection_, root_, keymap_.lent_keys_property());
   const auto focus = QueryFocus(session);
@@ -133,7 +122,7 @@ void TextTyping::End(const Session& session, InputDevice& device) {
   if (can_type_) TypeAll(session, device, reader_.End());
   is_open_ = can_type_ = false;
   ahead_ = {};
-  if (is_listening_) ListenForPongs(false);
+  if (is_listening_) ListenForPongs(session, false);
   is_listening_ = false;
   pending_.ForgetPings();
   turn_.Give(session);
@@ -303,14 +292,8 @@ bool TextTyping::WaitUntilOver(const Session& session, Use use) {
       continue;
     }
     const Deadline expiry = pending_.NextExpiry().value_or(next_look);
-    WaitForNews(connection_, std::clamp(expiry, now + kRestInterval, next_look + kRestInterval));
+    WaitForNews(session, std::clamp(expiry, now + kRestInterval, next_look + kRestInterval));
   }
-}
-
-/// Only while text is typed: the server sends every window's changes along.
-void TextTyping::ListenForPongs(bool is_listening) const {
-  const uint32_t events = is_listening ? XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY : 0;
-  xcb_change_window_attributes(connection_, root_, XCB_CW_EVENT_MASK, &events);
 }
 
 }  // namespace deskhand::platform

@@ -30,7 +30,8 @@ constexpr std::chrono::seconds kLongestTypingWait{10};
 class TextTyping {
  public:
   /// Null when the server does not answer. `keymap` must outlive it.
-  static std::unique_ptr<TextTyping> Start(const Session& session, LiveKeymap& keymap);
+  static std::unique_ptr<TextTyping> Start(const Session& session, LiveKeymap& keymap,
+                                           const PingAtoms& atoms);
 
   /// Announces the text that the following runs are parts of, with Tabs and line breaks between
   /// them. It must stay as it is until End().
@@ -66,7 +67,6 @@ class TextTyping {
   void Publish();
   void SendPings(const Session& session);
   bool WaitUntilOver(const Session& session, Use use);
-  void ListenForPongs(bool is_listening) const;
 
   xcb_connection_t* const connection_;
   const xcb_window_t root_;
