@@ -7,8 +7,9 @@
 namespace deskhand::platform {
 namespace {
 
-// For programs that answer no pings.
-constexpr std::chrono::milliseconds kMoment{50};
+// For programs that answer no pings, and for those that answer before they look further: Chromium
+// takes the modifiers of the moment in which it gets to a button's event, not those of the event.
+constexpr std::chrono::milliseconds kMoment{100};
 
 constexpr std::chrono::seconds kLongestWait{1};
 
@@ -35,23 +36,21 @@ std::vector<Receiver> EventBarrier::Receivers(const Session& session) const {
 }
 
 void EventBarrier::Wait(const Session& session) {
-  const Deadline start = Clock::now();
+  const Deadline deadline = Clock::now() + kLongestWait;
   ListenForPongs(session, true);
   unanswered_.clear();
-  bool all_tell = true;
   for (const Receiver& receiver : Receivers(session)) {
-    all_tell = all_tell && receiver.answers_pings;
     if (!receiver.answers_pings) continue;
     SendPing(session, atoms_, receiver.window, next_ping_);
     unanswered_.push_back(next_ping_++);
   }
-  while (!unanswered_.empty() && Clock::now() < start + kLongestWait &&
+  while (!unanswered_.empty() && Clock::now() < deadline &&
          xcb_connection_has_error(session.connection()) == 0) {
-    WaitForNews(session, start + kLongestWait);
+    WaitForNews(session, deadline);
     TakeEvents(session.link());
   }
   ListenForPongs(session, false);
-  if (!all_tell) std::this_thread::sleep_until(start + kMoment);
+  std::this_thread::sleep_for(kMoment);
 }
 
 }  // namespace deskhand::platform

@@ -16,8 +16,7 @@ class EventBarrier {
   explicit EventBarrier(const PingAtoms& atoms);
 
   /// Waits for the program that has the keyboard's focus and for the one under the pointer to get
-  /// to all that was posted before. One that does not tell is given a moment; one that is busy, a
-  /// second.
+  /// to all that was posted before, for a second at most, and a moment longer.
   void Wait(const Session& session);
 
   /// A message of another client, which may be the answer to a ping.

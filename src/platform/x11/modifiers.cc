@@ -156,8 +156,6 @@ void ModifierGuard::End(const Session& session, InputDevice& device, Keyboard& k
   for (auto key = pressed_.rbegin(); key != pressed_.rend(); ++key) device.Key(*key, false);
   if (changed_locks_ != 0) SwitchLocks(session.connection(), changed_locks_, former_locks_);
   if (released_.empty()) return;
-  // Chromium takes the modifiers of the moment in which it gets to a button's event, not those of
-  // the event: seen when it was busy.
   keyboard.WaitForPrograms(session);
   const std::vector<RealKeyboard> keyboards = RealKeyboards(session);
   for (const Released& key : released_) {
