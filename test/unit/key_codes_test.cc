@@ -35,6 +35,14 @@ TEST(KeyCodes, AreUnknownForAnythingElse) {
   }
 }
 
+TEST(KeyCodes, OfTheKeypadAreThoseOfItsSeventeenKeys) {
+  const std::set<uint16_t> keypad = {65, 67, 69, 75, 76, 78, 81, 82, 83,
+                                     84, 85, 86, 87, 88, 89, 91, 92};
+  for (uint16_t code = 0; code < 200; ++code) {
+    EXPECT_EQ(IsOnKeypad(code), keypad.contains(code)) << code;
+  }
+}
+
 TEST(KeyCodes, HaveSymbolsAndPlacesOfTheirOwn) {
   std::set<xkb_keysym_t> symbols;
   std::set<uint8_t> places;

@@ -140,6 +140,17 @@ TEST_F(Mouse, TurnsTheWheelOneClickForEachLine) {
   }
 }
 
+TEST_F(Mouse, TurnsTheWheelByAHundredThousandLinesAtMost) {
+  {
+    const InputScope scope;
+    platform::PostWheelEvent(std::numeric_limits<int32_t>::min(), 0);
+  }
+  const auto events = receiver_->TakePresses();
+  EXPECT_EQ(events.size(), 200'000u);
+  EXPECT_EQ(events.back(), (ReceivedEvent{XCB_BUTTON_RELEASE, 5, XCB_BUTTON_MASK_5, events.back().x,
+                                          events.back().y}));
+}
+
 TEST_F(Mouse, TurnsBothWheelsVerticalFirst) {
   {
     const InputScope scope;

@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "platform/x11/held_input.h"
+#include "platform/x11/key_codes.h"
 #include "platform/x11/monitors.h"
 #include "platform/x11/posting.h"
 #include "platform/x11/reply.h"
@@ -67,24 +68,20 @@ void TurnWheel(const Posting& posting, int64_t lines, uint8_t forward, uint8_t b
   }
 }
 
-// Virtual key codes.
-constexpr uint16_t kCapsLock = 57, kKeypadClear = 71;
-constexpr uint16_t kKeypad[] = {65, 67, 69, 75, 76, 78, 81, 82, 83, 84, 85, 86, 87, 88, 89, 91, 92};
-
 /// The flag that a modifier key sets by itself; 0 for other keys.
 uint64_t OwnFlag(uint16_t key_code) {
   switch (key_code) {
-    case 54:
-    case 55:
+    case virtual_key::kCommand:
+    case virtual_key::kRightCommand:
       return modifier::kCommand;
-    case 56:
-    case 60:
+    case virtual_key::kShift:
+    case virtual_key::kRightShift:
       return modifier::kShift;
-    case 58:
-    case 61:
+    case virtual_key::kOption:
+    case virtual_key::kRightOption:
       return modifier::kOption;
-    case 59:
-    case 62:
+    case virtual_key::kControl:
+    case virtual_key::kRightControl:
       return modifier::kControl;
     default:
       return 0;
@@ -92,10 +89,10 @@ uint64_t OwnFlag(uint16_t key_code) {
 }
 
 Locks LocksFor(uint16_t key_code) {
-  if (key_code == kCapsLock || key_code == kKeypadClear) return Locks::kAsTheyAre;
-  const bool is_keypad =
-      std::find(std::begin(kKeypad), std::end(kKeypad), key_code) != std::end(kKeypad);
-  return is_keypad ? Locks::kNumbers : Locks::kOff;
+  if (key_code == virtual_key::kCapsLock || key_code == virtual_key::kKeypadClear) {
+    return Locks::kAsTheyAre;
+  }
+  return IsOnKeypad(key_code) ? Locks::kNumbers : Locks::kOff;
 }
 
 }  // namespace

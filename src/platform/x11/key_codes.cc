@@ -137,6 +137,11 @@ const KeyPlace* FindKeyPlace(uint16_t virtual_key_code) {
   return found == std::end(kPlaces) ? nullptr : found;
 }
 
+bool IsOnKeypad(uint16_t virtual_key_code) {
+  const KeyPlace* const place = FindKeyPlace(virtual_key_code);
+  return place && place->symbol >= XKB_KEY_KP_Space && place->symbol <= XKB_KEY_KP_Equal;
+}
+
 bool IsKeyPlace(uint8_t keycode) {
   return std::any_of(std::begin(kPlaces), std::end(kPlaces), [=](const KeyPlace& place) {
     return place.keycode == keycode && keycode != 0;

@@ -6,6 +6,7 @@
 #include <xkbcommon/xkbcommon-keysyms.h>
 
 #include "platform/input.h"
+#include "platform/x11/key_codes.h"
 #include "platform/x11/physical_keys.h"
 #include "platform/x11/reply.h"
 
@@ -14,16 +15,16 @@ namespace {
 
 constexpr uint16_t kCoreKeyboard = XCB_XKB_ID_USE_CORE_KBD;
 
-// The left-hand keys, by their virtual key codes, in the order in which they are pressed.
+// The left-hand keys, in the order in which they are pressed.
 struct ModifierKey {
   uint64_t flag;
   uint16_t key_code;
 };
 constexpr ModifierKey kModifierKeys[] = {
-    {modifier::kControl, 59},
-    {modifier::kOption, 58},
-    {modifier::kShift, 56},
-    {modifier::kCommand, 55},
+    {modifier::kControl, virtual_key::kControl},
+    {modifier::kOption, virtual_key::kOption},
+    {modifier::kShift, virtual_key::kShift},
+    {modifier::kCommand, virtual_key::kCommand},
 };
 
 /// The modifiers whose keys lock them: pressing such a key again would switch it over.
