@@ -26,6 +26,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/jpeg_encoder.cc
     src/platform/x11/jpeg_encoding.cc
     src/platform/x11/key_codes.cc
+    src/platform/x11/key_repeat.cc
     src/platform/x11/keyboard.cc
     src/platform/x11/keymap.cc
     src/platform/x11/leftovers.cc

@@ -294,6 +294,36 @@ TEST_F(Typing, WaitsForTheReceiverOfAnEarlierProcess) {
   EXPECT_EQ(second.TextLike(Ideographs(70)), Ideographs(70, 0x6000));
 }
 
+TEST_F(Typing, LetsNoKeyRepeatMeanwhile) {
+  Typist typist;
+  typist.Begin(u"abc");
+  EXPECT_FALSE(KeysRepeat());
+  typist.Type(u"abc");
+  EXPECT_TRUE(KeysRepeat());
+}
+
+TEST_F(Typing, LetsKeysRepeatAgainAfterAProcessThatDiedInATextBefore) {
+  auto dying = std::make_unique<Typist>();
+  dying->Begin(u"abc");
+  dying.reset();
+  Typist typist;
+  typist.Type(u"def");
+  EXPECT_TRUE(KeysRepeat());
+}
+
+TEST_F(Typing, LeavesItToTheUserWhetherKeysRepeat) {
+  Typist typist;
+  SetKeysRepeat(false);
+  typist.Type(u"abc");
+  EXPECT_FALSE(KeysRepeat());
+  SetKeysRepeat(true);
+  typist.Type(u"abc");
+  EXPECT_TRUE(KeysRepeat());
+  SetKeysRepeat(false);
+  typist.Type(u"abc");
+  EXPECT_FALSE(KeysRepeat());
+}
+
 TEST_F(Typing, GoesOnWhenAProcessDiesWhoseTurnItIs) {
   TextReceiver receiver;
   auto dying = std::make_unique<Typist>();

@@ -55,6 +55,23 @@ std::map<uint8_t, platform::Key> UsedKeys(uint16_t keyboard) {
   return keys;
 }
 
+bool KeysRepeat() {
+  platform::Channel channel;
+  const Session session(channel, Soon());
+  const auto reply = platform::Await(session.connection(), xcb_get_keyboard_control_reply,
+                                     xcb_get_keyboard_control(session.connection()));
+  return reply->global_auto_repeat == XCB_AUTO_REPEAT_MODE_ON;
+}
+
+void SetKeysRepeat(bool they_do) {
+  platform::Channel channel;
+  const Session session(channel, Soon());
+  const uint32_t mode = they_do ? XCB_AUTO_REPEAT_MODE_ON : XCB_AUTO_REPEAT_MODE_OFF;
+  xcb_change_keyboard_control(session.connection(), XCB_KB_AUTO_REPEAT_MODE, &mode);
+  platform::Await(session.connection(), xcb_get_input_focus_reply,
+                  xcb_get_input_focus(session.connection()));
+}
+
 void LockGroup(uint8_t group) {
   platform::Channel channel;
   const Session session(channel, Soon());

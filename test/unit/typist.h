@@ -28,6 +28,10 @@ class Typist {
 /// The keys of a keyboard that have something on them.
 std::map<uint8_t, platform::Key> UsedKeys(uint16_t keyboard = XCB_XKB_ID_USE_CORE_KBD);
 
+/// Whether held keys repeat.
+bool KeysRepeat();
+void SetKeysRepeat(bool they_do);
+
 /// Chooses one of the keyboard's layouts, as a panel does.
 void LockGroup(uint8_t group);
 

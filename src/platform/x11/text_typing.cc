@@ -33,18 +33,22 @@ std::u32string CharactersOf(std::u16string_view text) {
 std::unique_ptr<TextTyping> TextTyping::Start(const Session& session, LiveKeymap& keymap,
                                               const PingAtoms& atoms) {
   const auto turn = TypingTurn::Start(session);
+  auto key_repeat = KeyRepeat::Start(session);
   const auto property = MakeAtom(session.connection(), "_DESKHAND_FORMER_LOCKS");
-  if (!turn || !property) return nullptr;
-  return std::unique_ptr<TextTyping>(new TextTyping(session, keymap, *turn, atoms, *property));
+  if (!turn || !key_repeat || !property) return nullptr;
+  return std::unique_ptr<TextTyping>(
+      new TextTyping(session, keymap, std::move(key_repeat), *turn, atoms, *property));
 }
 
-TextTyping::TextTyping(const Session& session, LiveKeymap& keymap, TypingTurn turn,
+TextTyping::TextTyping(const Session& session, LiveKeymap& keymap,
+                       std::unique_ptr<KeyRepeat> key_repeat, TypingTurn turn,
                        const PingAtoms& atoms, xcb_atom_t former_locks_property)
     : connection_(session.connection()),
       root_(session.screen().root),
       atoms_(atoms),
       former_locks_property_(former_locks_property),
       keymap_(keymap),
+      key_repeat_(std::move(key_repeat)),
       turn_(turn),
       next_ping_(FirstPing()) {}
 
@@ -60,6 +64,7 @@ void TextTyping::Begin(const Session& session, std::u16string_view text) {
   reader_ = {};
   if (!turn_.Take(session, Clock::now() + kLongestTypingWait)) return;
   TakeEvents(session.link());  // what the one before us has changed
+  key_repeat_->Suspend();
   const auto state = Await(connection_, xcb_xkb_get_state_reply,
                            xcb_xkb_get_state(connection_, XCB_XKB_ID_USE_CORE_KBD));
   if (!state || !keymap_.Refresh()) return;
@@ -125,6 +130,7 @@ void TextTyping::End(const Session& session, InputDevice& device) {
   if (is_listening_) ListenForPongs(session, false);
   is_listening_ = false;
   pending_.ForgetPings();
+  key_repeat_->Resume();
   turn_.Give(session);
 }
 

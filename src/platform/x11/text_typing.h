@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "platform/x11/input_device.h"
+#include "platform/x11/key_repeat.h"
 #include "platform/x11/live_keymap.h"
 #include "platform/x11/pending_uses.h"
 #include "platform/x11/receiver.h"
@@ -47,8 +48,8 @@ class TextTyping {
   void Handle(const xcb_client_message_event_t& message);
 
  private:
-  TextTyping(const Session& session, LiveKeymap& keymap, TypingTurn turn, const PingAtoms& atoms,
-             xcb_atom_t former_locks_property);
+  TextTyping(const Session& session, LiveKeymap& keymap, std::unique_ptr<KeyRepeat> key_repeat,
+             TypingTurn turn, const PingAtoms& atoms, xcb_atom_t former_locks_property);
 
   bool BeginWithSpareKeys(const Session& session);
   void AdoptUses(const Session& session, const LentKeys& lent);
@@ -73,6 +74,7 @@ class TextTyping {
   const PingAtoms atoms_;
   const xcb_atom_t former_locks_property_;
   LiveKeymap& keymap_;
+  const std::unique_ptr<KeyRepeat> key_repeat_;
   TypingTurn turn_;
 
   bool is_open_ = false;   // between Begin() and End()
