@@ -33,4 +33,8 @@ double PrimaryScreenHeight();
 /// Identifier of the main display; 0 when there are no displays.
 uint32_t MainDisplayId();
 
+/// Identifier of a display that holds a point of the global desktop space (origin at the top-left
+/// corner of the primary screen, y down); none when no display does.
+std::optional<uint32_t> DisplayAt(Point point);
+
 }  // namespace deskhand::platform
