@@ -72,10 +72,10 @@ std::string ReadUtf8(const Napi::Value& value) { return value.As<Napi::String>()
 std::u16string ReadUtf16(const Napi::Value& value) { return value.As<Napi::String>().Utf16Value(); }
 
 std::optional<std::vector<std::string>> ReadStrings(const Napi::Array& array) {
-  const uint32_t length = array.Length();
   std::vector<std::string> strings;
-  if (length <= kLongestWalk) {
-    for (uint32_t index = 0; index < length; ++index) {
+  if (array.Length() <= kLongestWalk) {
+    // Reading an element may change the length.
+    for (uint32_t index = 0; index < array.Length(); ++index) {
       if (!AppendString(array, index, &strings)) return std::nullopt;
     }
     return strings;

@@ -2,11 +2,14 @@
 // Thread: the JavaScript thread of each environment that loads the addon.
 #include <napi.h>
 
+#include "apps/app_handlers.h"
+#include "apps/window_handlers.h"
 #include "capture/capture_handlers.h"
 #include "displays/display_handlers.h"
 #include "input/keyboard_handlers.h"
 #include "input/mouse_handlers.h"
 #include "platform/call_scope.h"
+#include "system/system_handlers.h"
 
 namespace deskhand {
 namespace {
@@ -40,8 +43,23 @@ constexpr Export kExports[] = {
     {"typeText", Scoped<TypeText>},
     {"keyPress", Scoped<KeyPress>},
     {"keyHold", Scoped<KeyHold>},
+    {"listRunningApps", Scoped<ListRunningApps>},
+    {"listInstalledApps", Scoped<ListInstalledApps>},
+    {"resolveAppName", Scoped<ResolveAppName>},
+    {"getFrontmostApp", Scoped<GetFrontmostApp>},
+    {"appUnderPoint", Scoped<AppUnderPoint>},
+    {"openApp", Scoped<OpenApp>},
+    {"hideApps", Scoped<HideApps>},
+    {"unhideApps", Scoped<UnhideApps>},
+    {"getWindowList", Scoped<GetWindowList>},
     {"listDisplays", Scoped<ListDisplays>},
     {"getDisplaySize", Scoped<GetDisplaySize>},
+    {"readClipboard", Scoped<ReadClipboard>},
+    {"writeClipboard", Scoped<WriteClipboard>},
+    {"checkAccessibility", Scoped<CheckAccessibility>},
+    {"requestAccessibility", Scoped<RequestAccessibility>},
+    {"checkScreenRecording", Scoped<CheckScreenRecording>},
+    {"requestScreenRecording", Scoped<RequestScreenRecording>},
 };
 
 void AttachAll(Napi::Env env, napi_value exports) {
