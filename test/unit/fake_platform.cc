@@ -29,6 +29,19 @@ double PrimaryScreenHeight() {
   return screens.empty() ? 0 : screens.front().frame.height;
 }
 
+std::optional<uint32_t> DisplayAt(Point point) {
+  const double primary_height = PrimaryScreenHeight();
+  for (const Screen& screen : Screens()) {
+    const Rect& frame = screen.frame;
+    const double top = primary_height - frame.y - frame.height;
+    if (point.x >= frame.x && point.x < frame.x + frame.width && point.y >= top &&
+        point.y < top + frame.height) {
+      return screen.id;
+    }
+  }
+  return std::nullopt;
+}
+
 void PostToMainQueue(std::function<void()> work) {
   FakePlatform& platform = FakePlatform::Get();
   if (platform.main_queue_is_serviced) {
