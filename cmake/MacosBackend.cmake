@@ -9,12 +9,17 @@ set(CMAKE_OBJCXX_EXTENSIONS OFF)
 set(CMAKE_OBJCXX_VISIBILITY_PRESET hidden)
 
 add_library(deskhand_platform OBJECT
+    src/platform/macos/applications.mm
+    src/platform/macos/bundles.mm
     src/platform/macos/call_scope.mm
+    src/platform/macos/clipboard.mm
     src/platform/macos/displays.mm
     src/platform/macos/input.mm
     src/platform/macos/jpeg_encoding.mm
     src/platform/macos/main_queue.mm
-    src/platform/macos/screen_capture.mm)
+    src/platform/macos/permissions.mm
+    src/platform/macos/screen_capture.mm
+    src/platform/macos/windows.mm)
 target_compile_options(deskhand_platform PRIVATE -fobjc-arc -fblocks -fno-exceptions)
 
 # Each defines how the backend finds its frameworks, at compile time and at link time.

@@ -4,8 +4,8 @@
 # ScreenCaptureKit is weak, so that the addon loads, and everything else works, without it.
 target_link_libraries(
   deskhand_platform
-  PUBLIC "-framework AppKit" "-framework CoreFoundation" "-framework CoreGraphics"
-         "-framework Foundation" "-weak_framework ScreenCaptureKit" objc)
+  PUBLIC "-framework AppKit" "-framework ApplicationServices" "-framework CoreFoundation"
+         "-framework CoreGraphics" "-framework Foundation" "-weak_framework ScreenCaptureKit" objc)
 
 if(CMAKE_CROSSCOMPILING)
   # A change of the link stubs is a reason to link anew.

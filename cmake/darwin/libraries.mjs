@@ -11,20 +11,33 @@ export const libraries = [
   {
     name: 'AppKit',
     installName: `${frameworks}/AppKit.framework/Versions/C/AppKit`,
-    classes: ['NSBitmapImageRep', 'NSGraphicsContext', 'NSImage', 'NSScreen'],
-    symbols: ['NSDeviceRGBColorSpace', 'NSImageCompressionFactor'],
+    classes: [
+      ...['NSBitmapImageRep', 'NSGraphicsContext', 'NSImage', 'NSPasteboard'],
+      ...['NSRunningApplication', 'NSScreen', 'NSWorkspace', 'NSWorkspaceOpenConfiguration'],
+    ],
+    symbols: ['NSDeviceRGBColorSpace', 'NSImageCompressionFactor', 'NSPasteboardTypeString'],
+  },
+  {
+    // With the functions of HIServices, a framework inside it that it exports again.
+    name: 'ApplicationServices',
+    installName: `${frameworks}/ApplicationServices.framework/Versions/A/ApplicationServices`,
+    symbols: ['AXIsProcessTrusted', 'AXIsProcessTrustedWithOptions', 'kAXTrustedCheckOptionPrompt'],
   },
   {
     name: 'CoreFoundation',
     installName: `${frameworks}/CoreFoundation.framework/Versions/A/CoreFoundation`,
-    classes: ['NSDictionary', 'NSMutableArray'],
-    symbols: ['CFRelease', '__CFConstantStringClassReference', '__NSArray0__'],
+    classes: ['NSArray', 'NSDictionary', 'NSMutableArray'],
+    symbols: ['CFRelease', '__CFConstantStringClassReference', '__NSArray0__', 'kCFBooleanTrue'],
   },
   {
     name: 'CoreGraphics',
     installName: `${frameworks}/CoreGraphics.framework/Versions/A/CoreGraphics`,
     symbols: [
-      'CGMainDisplayID',
+      ...['CGGetDisplaysWithPoint', 'CGMainDisplayID'],
+      ...['CGPreflightScreenCaptureAccess', 'CGRequestScreenCaptureAccess'],
+      ...['CGRectMakeWithDictionaryRepresentation', 'CGWindowListCopyWindowInfo'],
+      ...['kCGWindowAlpha', 'kCGWindowBounds', 'kCGWindowLayer'],
+      ...['kCGWindowOwnerName', 'kCGWindowOwnerPID'],
       ...['CGEventCreate', 'CGEventCreateKeyboardEvent', 'CGEventCreateMouseEvent'],
       ...['CGEventCreateScrollWheelEvent', 'CGEventGetLocation', 'CGEventKeyboardSetUnicodeString'],
       ...['CGEventPost', 'CGEventSetFlags', 'CGEventSetIntegerValueField', 'CGEventSourceCreate'],
@@ -33,8 +46,15 @@ export const libraries = [
   {
     name: 'Foundation',
     installName: `${frameworks}/Foundation.framework/Versions/C/Foundation`,
-    classes: ['NSNumber'],
-    symbols: ['NSZeroRect'],
+    classes: [
+      ...['NSBundle', 'NSFileManager', 'NSMetadataQuery', 'NSNotificationCenter', 'NSNumber'],
+      ...['NSOperationQueue', 'NSPredicate', 'NSString'],
+    ],
+    symbols: [
+      'NSMetadataQueryDidFinishGatheringNotification',
+      'NSMetadataQueryLocalComputerScope',
+      'NSZeroRect',
+    ],
   },
   {
     name: 'ScreenCaptureKit',
@@ -50,7 +70,8 @@ export const libraries = [
     name: 'libSystem',
     installName: '/usr/lib/libSystem.B.dylib',
     symbols: [
-      ...['_NSConcreteStackBlock', '_Unwind_Resume', '__stack_chk_fail', '__stack_chk_guard'],
+      ...['_Block_object_assign', '_Block_object_dispose', '_NSConcreteStackBlock'],
+      ...['_Unwind_Resume', '__stack_chk_fail', '__stack_chk_guard', 'getpid'],
       ...['_dispatch_main_q', 'dispatch_async', 'dispatch_time'],
       ...['dispatch_semaphore_create', 'dispatch_semaphore_signal', 'dispatch_semaphore_wait'],
       ...['bzero', 'memchr', 'memcmp', 'memcpy', 'memmove', 'strcmp', 'strlen', 'usleep'],

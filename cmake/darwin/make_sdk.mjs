@@ -15,7 +15,7 @@ const target = 'arm64-macos';
 
 const frameworkHeaders = [
   ...['CoreFoundation', 'Foundation'].map((name) => [name, path.join(here, 'include', name)]),
-  ...['AppKit', 'CoreGraphics', 'ScreenCaptureKit'].map((name) => [
+  ...['AppKit', 'ApplicationServices', 'CoreGraphics', 'ScreenCaptureKit'].map((name) => [
     name,
     path.join(project, 'test/macos/include/frameworks', name),
   ]),

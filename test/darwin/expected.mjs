@@ -16,17 +16,29 @@ export const frameworkImports = {
   [`${frameworks}/AppKit.framework/Versions/C/AppKit`]: [
     'NSDeviceRGBColorSpace',
     'NSImageCompressionFactor',
+    'NSPasteboardTypeString',
     'OBJC_CLASS_$_NSBitmapImageRep',
     'OBJC_CLASS_$_NSGraphicsContext',
     'OBJC_CLASS_$_NSImage',
+    'OBJC_CLASS_$_NSPasteboard',
+    'OBJC_CLASS_$_NSRunningApplication',
     'OBJC_CLASS_$_NSScreen',
+    'OBJC_CLASS_$_NSWorkspace',
+    'OBJC_CLASS_$_NSWorkspaceOpenConfiguration',
+  ],
+  [`${frameworks}/ApplicationServices.framework/Versions/A/ApplicationServices`]: [
+    'AXIsProcessTrusted',
+    'AXIsProcessTrustedWithOptions',
+    'kAXTrustedCheckOptionPrompt',
   ],
   [`${frameworks}/CoreFoundation.framework/Versions/A/CoreFoundation`]: [
     'CFRelease',
+    'OBJC_CLASS_$_NSArray',
     'OBJC_CLASS_$_NSDictionary',
     'OBJC_CLASS_$_NSMutableArray',
     '__CFConstantStringClassReference',
     '__NSArray0__',
+    'kCFBooleanTrue',
   ],
   [`${frameworks}/CoreGraphics.framework/Versions/A/CoreGraphics`]: [
     'CGEventCreate',
@@ -39,11 +51,30 @@ export const frameworkImports = {
     'CGEventSetFlags',
     'CGEventSetIntegerValueField',
     'CGEventSourceCreate',
+    'CGGetDisplaysWithPoint',
     'CGMainDisplayID',
+    'CGPreflightScreenCaptureAccess',
+    'CGRectMakeWithDictionaryRepresentation',
+    'CGRequestScreenCaptureAccess',
+    'CGWindowListCopyWindowInfo',
+    'kCGWindowAlpha',
+    'kCGWindowBounds',
+    'kCGWindowLayer',
+    'kCGWindowOwnerName',
+    'kCGWindowOwnerPID',
   ],
   [`${frameworks}/Foundation.framework/Versions/C/Foundation`]: [
+    'NSMetadataQueryDidFinishGatheringNotification',
+    'NSMetadataQueryLocalComputerScope',
     'NSZeroRect',
+    'OBJC_CLASS_$_NSBundle',
+    'OBJC_CLASS_$_NSFileManager',
+    'OBJC_CLASS_$_NSMetadataQuery',
+    'OBJC_CLASS_$_NSNotificationCenter',
     'OBJC_CLASS_$_NSNumber',
+    'OBJC_CLASS_$_NSOperationQueue',
+    'OBJC_CLASS_$_NSPredicate',
+    'OBJC_CLASS_$_NSString',
   ],
   [weakLibrary]: [
     'OBJC_CLASS_$_SCContentFilter',
@@ -56,7 +87,8 @@ export const frameworkImports = {
 /** What the compiler may ask of the run-time libraries; which of it, depends on the compiler. */
 export const runtimeImports = {
   '/usr/lib/libSystem.B.dylib': [
-    ...['_NSConcreteStackBlock', '_Unwind_Resume', '__stack_chk_fail', '__stack_chk_guard'],
+    ...['_Block_object_assign', '_Block_object_dispose', '_NSConcreteStackBlock'],
+    ...['_Unwind_Resume', '__stack_chk_fail', '__stack_chk_guard', 'getpid'],
     ...['_dispatch_main_q', 'dispatch_async', 'dispatch_semaphore_create'],
     ...['dispatch_semaphore_signal', 'dispatch_semaphore_wait', 'dispatch_time'],
     ...['__cxa_atexit', 'usleep'],
@@ -97,20 +129,79 @@ export const replaceableFunctions = ['_Znwm', '_Znam', '_ZdlPvm', '_ZdaPv'];
 
 /** Every message that is sent. Each selector is sent; nothing else is. */
 export const selectors = [
-  // Foundation
+  // Foundation: values and collections
   'UTF8String',
   'addObject:',
   'array',
+  'arrayWithObjects:count:',
   'base64EncodedStringWithOptions:',
+  'boolValue',
+  'class',
+  'copy',
+  'count',
   'countByEnumeratingWithState:objects:count:',
   'dictionaryWithObjects:forKeys:count:',
   'firstObject',
+  'floatValue',
+  'initWithBytes:length:encoding:',
+  'intValue',
+  'isKindOfClass:',
   'length',
+  'lengthOfBytesUsingEncoding:',
   'localizedDescription',
+  'lowercaseString',
   'numberWithDouble:',
   'objectAtIndex:',
   'objectForKey:',
+  'respondsToSelector:',
+  'stringWithFormat:',
   'unsignedIntValue',
+
+  // NSBundle, NSFileManager, NSURL
+  'bundleWithPath:',
+  'bundleWithURL:',
+  'defaultManager',
+  'displayNameAtPath:',
+  'fileExistsAtPath:',
+  'infoDictionary',
+  'path',
+
+  // NSMetadataQuery, NSMetadataItem, NSPredicate, NSNotificationCenter, NSOperationQueue
+  'addObserverForName:object:queue:usingBlock:',
+  'defaultCenter',
+  'mainQueue',
+  'predicateWithFormat:',
+  'removeObserver:',
+  'results',
+  'setPredicate:',
+  'setSearchScopes:',
+  'startQuery',
+  'stopQuery',
+  'valueForAttribute:',
+
+  // NSWorkspace, NSWorkspaceOpenConfiguration
+  'URLForApplicationWithBundleIdentifier:',
+  'configuration',
+  'frontmostApplication',
+  'openApplicationAtURL:configuration:completionHandler:',
+  'runningApplications',
+  'setActivates:',
+  'sharedWorkspace',
+
+  // NSRunningApplication
+  'activateWithOptions:',
+  'activationPolicy',
+  'hide',
+  'isHidden',
+  'processIdentifier',
+  'runningApplicationWithProcessIdentifier:',
+  'unhide',
+
+  // NSPasteboard
+  'clearContents',
+  'generalPasteboard',
+  'setString:forType:',
+  'stringForType:',
 
   // NSScreen
   'backingScaleFactor',

@@ -59,7 +59,7 @@ function changeImport(bytes, name, { ordinal, weak }) {
 }
 
 const anyImage = -2;
-const libraryOf = { appKit: 1, libSystem: 8 };
+const libraryOf = { appKit: 1, libSystem: 9 };
 
 const faults = [
   ['an x86-64 file', checks.checkFileKind, (b) => b.writeUInt32LE(0x01000007, 4), /processor/],

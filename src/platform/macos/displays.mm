@@ -43,4 +43,14 @@ double PrimaryScreenHeight() {
 
 uint32_t MainDisplayId() { return CGMainDisplayID(); }
 
+std::optional<uint32_t> DisplayAt(Point point) {
+  constexpr uint32_t kOne = 1;
+  CGDirectDisplayID display = 0;
+  uint32_t count = 0;
+  const CGError error =
+      CGGetDisplaysWithPoint(CGPointMake(point.x, point.y), kOne, &display, &count);
+  if (error != kCGErrorSuccess || count == 0) return std::nullopt;
+  return display;
+}
+
 }  // namespace deskhand::platform

@@ -13,14 +13,21 @@
 #define CF_OPTIONS(type, name) CF_ENUM(type, name)
 #endif
 
+typedef unsigned char Boolean;
 typedef unsigned short UniChar;
 typedef unsigned long UniCharCount;
 
 typedef const void* CFTypeRef;
+typedef const struct __attribute__((objc_bridge(NSString))) __CFString* CFStringRef;
+typedef const struct __attribute__((objc_bridge(NSArray))) __CFArray* CFArrayRef;
+typedef const struct __attribute__((objc_bridge(NSDictionary))) __CFDictionary* CFDictionaryRef;
+typedef const struct __attribute__((objc_bridge(NSNumber))) __CFBoolean* CFBooleanRef;
 
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+extern const CFBooleanRef kCFBooleanTrue;
 
 void CFRelease(CFTypeRef object);
 

@@ -64,14 +64,27 @@ typedef struct {
 
 // Values.
 
+typedef NSUInteger NSStringEncoding;
+enum : NSStringEncoding { NSUTF8StringEncoding = 4 };
+
 @interface NSString : NSObject <NSCopying>
 @property(nullable, readonly) const char* UTF8String __attribute__((objc_returns_inner_pointer));
+@property(readonly, copy) NSString* lowercaseString;
+- (nullable instancetype)initWithBytes:(const void*)bytes
+                                length:(NSUInteger)length
+                              encoding:(NSStringEncoding)encoding;
+- (NSUInteger)lengthOfBytesUsingEncoding:(NSStringEncoding)encoding;
+// Variable arguments: one object for each %@.
++ (instancetype)stringWithFormat:(NSString*)format, ... __attribute__((format(__NSString__, 1, 2)));
 @end
 
 @interface NSValue : NSObject
 @end
 
 @interface NSNumber : NSValue
+@property(readonly) BOOL boolValue;
+@property(readonly) float floatValue;
+@property(readonly) int intValue;
 @property(readonly) unsigned int unsignedIntValue;
 + (NSNumber*)numberWithDouble:(double)value;
 @end
@@ -93,9 +106,14 @@ typedef NS_OPTIONS(NSUInteger, NSDataBase64EncodingOptions) {
 @property(readonly, copy) NSString* localizedDescription;
 @end
 
+@interface NSURL : NSObject
+@property(nullable, readonly, copy) NSString* path;
+@end
+
 // Collections.
 
 @interface NSArray<__covariant ObjectType> : NSObject <NSFastEnumeration>
+@property(readonly) NSUInteger count;
 @property(nullable, nonatomic, readonly) ObjectType firstObject API_AVAILABLE(macos(10.6));
 + (instancetype)array;
 + (instancetype)arrayWithObjects:(const ObjectType _Nonnull[_Nullable])objects
@@ -112,6 +130,74 @@ typedef NS_OPTIONS(NSUInteger, NSDataBase64EncodingOptions) {
                               forKeys:(const KeyType<NSCopying> _Nonnull[_Nullable])keys
                                 count:(NSUInteger)count;
 - (nullable ObjectType)objectForKey:(KeyType)key;
+@end
+
+// Bundles and files.
+
+@interface NSBundle : NSObject
+@property(nullable, readonly, copy) NSString* bundleIdentifier;
+@property(nullable, readonly, copy) NSDictionary<NSString*, id>* infoDictionary;
++ (nullable instancetype)bundleWithPath:(NSString*)path;
++ (nullable instancetype)bundleWithURL:(NSURL*)url API_AVAILABLE(macos(10.6));
+@end
+
+@interface NSFileManager : NSObject
+@property(class, readonly, strong) NSFileManager* defaultManager;
+- (BOOL)fileExistsAtPath:(NSString*)path;
+- (NSString*)displayNameAtPath:(NSString*)path;
+@end
+
+// Notifications.
+
+typedef NSString* NSNotificationName;
+
+@class NSNotification;
+
+@interface NSOperationQueue : NSObject
+@property(class, readonly, strong) NSOperationQueue* mainQueue API_AVAILABLE(macos(10.6));
+@end
+
+@interface NSNotificationCenter : NSObject
+@property(class, readonly, strong) NSNotificationCenter* defaultCenter;
+- (id<NSObject>)addObserverForName:(nullable NSNotificationName)name
+                            object:(nullable id)object
+                             queue:(nullable NSOperationQueue*)queue
+                        usingBlock:(void (^)(NSNotification* notification))block
+    API_AVAILABLE(macos(10.6));
+- (void)removeObserver:(id)observer;
+@end
+
+// The metadata index.
+
+@interface NSPredicate : NSObject
+// Variable arguments: what the format's placeholders stand for.
++ (NSPredicate*)predicateWithFormat:(NSString*)format, ...;
+@end
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+extern NSNotificationName const NSMetadataQueryDidFinishGatheringNotification
+    API_AVAILABLE(macos(10.4));
+extern NSString* const NSMetadataQueryLocalComputerScope API_AVAILABLE(macos(10.4));
+
+#ifdef __cplusplus
+}
+#endif
+
+API_AVAILABLE(macos(10.4))
+@interface NSMetadataQuery : NSObject
+@property(nullable, copy) NSPredicate* predicate;
+@property(copy) NSArray* searchScopes;
+@property(readonly, copy) NSArray* results;
+- (BOOL)startQuery;
+- (void)stopQuery;
+@end
+
+API_AVAILABLE(macos(10.4))
+@interface NSMetadataItem : NSObject
+- (nullable id)valueForAttribute:(NSString*)key;
 @end
 
 #pragma clang assume_nonnull end

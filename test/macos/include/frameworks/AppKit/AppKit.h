@@ -4,6 +4,7 @@
 #include <CoreGraphics/CoreGraphics.h>
 #include <Foundation/Foundation.h>
 #include <os/availability.h>
+#include <sys/types.h>
 
 #pragma clang assume_nonnull begin
 
@@ -11,18 +12,77 @@
 extern "C" {
 #endif
 
-// Names of properties and of colour spaces.
+// Names of properties, of colour spaces and of what a pasteboard holds.
 
 typedef NSString* NSBitmapImageRepPropertyKey;
 typedef NSString* NSColorSpaceName;
 typedef NSString* NSDeviceDescriptionKey;
+typedef NSString* NSPasteboardType;
 
 extern NSBitmapImageRepPropertyKey const NSImageCompressionFactor;
 extern NSColorSpaceName const NSDeviceRGBColorSpace;
+extern NSPasteboardType const NSPasteboardTypeString API_AVAILABLE(macos(10.6));
 
 #ifdef __cplusplus
 }
 #endif
+
+// Applications.
+
+typedef NS_ENUM(NSInteger, NSApplicationActivationPolicy) {
+  NSApplicationActivationPolicyRegular = 0,
+  NSApplicationActivationPolicyAccessory = 1,
+  NSApplicationActivationPolicyProhibited = 2,
+};
+
+typedef NS_OPTIONS(NSUInteger, NSApplicationActivationOptions) {
+  NSApplicationActivateAllWindows = 1 << 0,
+  NSApplicationActivateIgnoringOtherApps API_DEPRECATED("ignored by the system",
+                                                        macos(10.6, 14.0)) = 1 << 1,
+};
+
+API_AVAILABLE(macos(10.6))
+@interface NSRunningApplication : NSObject
+@property(readonly, getter=isHidden) BOOL hidden;
+@property(readonly) NSApplicationActivationPolicy activationPolicy;
+@property(nullable, readonly, copy) NSString* localizedName;
+@property(nullable, readonly, copy) NSString* bundleIdentifier;
+@property(readonly) pid_t processIdentifier;
+- (BOOL)hide;
+- (BOOL)unhide;
+- (BOOL)activateWithOptions:(NSApplicationActivationOptions)options;
++ (nullable instancetype)runningApplicationWithProcessIdentifier:(pid_t)pid;
+@end
+
+API_AVAILABLE(macos(10.15))
+@interface NSWorkspaceOpenConfiguration : NSObject
+@property BOOL activates;
++ (instancetype)configuration;
+@end
+
+@interface NSWorkspace : NSObject
+@property(class, readonly, strong) NSWorkspace* sharedWorkspace;
+@property(readonly, copy)
+    NSArray<NSRunningApplication*>* runningApplications API_AVAILABLE(macos(10.6));
+@property(nullable, readonly, strong)
+    NSRunningApplication* frontmostApplication API_AVAILABLE(macos(10.7));
+- (nullable NSURL*)URLForApplicationWithBundleIdentifier:(NSString*)bundleIdentifier
+    API_AVAILABLE(macos(10.6));
+- (void)openApplicationAtURL:(NSURL*)applicationURL
+               configuration:(NSWorkspaceOpenConfiguration*)configuration
+           completionHandler:(nullable void (^)(NSRunningApplication* _Nullable application,
+                                                NSError* _Nullable error))completionHandler
+    API_AVAILABLE(macos(10.15));
+@end
+
+// The clipboard.
+
+@interface NSPasteboard : NSObject
+@property(class, readonly, strong) NSPasteboard* generalPasteboard;
+- (NSInteger)clearContents;
+- (BOOL)setString:(NSString*)string forType:(NSPasteboardType)dataType;
+- (nullable NSString*)stringForType:(NSPasteboardType)dataType;
+@end
 
 // Screens.
 

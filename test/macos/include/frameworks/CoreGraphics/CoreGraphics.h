@@ -3,6 +3,7 @@
 #pragma once
 
 #include <CoreFoundation/CoreFoundation.h>
+#include <os/availability.h>
 #include <stdbool.h>
 #include <stdint.h>
 
@@ -30,6 +31,9 @@ static inline CGRect CGRectMake(CGFloat x, CGFloat y, CGFloat width, CGFloat hei
   return rect;
 }
 
+// False when the dictionary does not describe a rectangle.
+bool CGRectMakeWithDictionaryRepresentation(CFDictionaryRef _Nullable dict, CGRect* _Nullable rect);
+
 // Images.
 
 typedef struct __attribute__((objc_bridge(id))) CGImage* CGImageRef;
@@ -38,7 +42,40 @@ typedef struct __attribute__((objc_bridge(id))) CGImage* CGImageRef;
 
 typedef uint32_t CGDirectDisplayID;
 
+typedef CF_ENUM(int32_t, CGError) { kCGErrorSuccess = 0, kCGErrorFailure = 1000 };
+
 CGDirectDisplayID CGMainDisplayID(void);
+
+CGError CGGetDisplaysWithPoint(CGPoint point, uint32_t maxDisplays,
+                               CGDirectDisplayID* _Nullable displays,
+                               uint32_t* _Nullable matchingDisplayCount);
+
+// Quartz Window Services.
+
+typedef uint32_t CGWindowID;
+
+#define kCGNullWindowID ((CGWindowID)0)
+
+typedef CF_OPTIONS(uint32_t, CGWindowListOption) {
+  kCGWindowListOptionAll = 0,
+  kCGWindowListOptionOnScreenOnly = 1 << 0,
+  kCGWindowListExcludeDesktopElements = 1 << 4,
+};
+
+extern const CFStringRef kCGWindowAlpha;
+extern const CFStringRef kCGWindowBounds;
+extern const CFStringRef kCGWindowLayer;
+extern const CFStringRef kCGWindowOwnerName;
+extern const CFStringRef kCGWindowOwnerPID;
+
+// Dictionaries, front to back.
+CFArrayRef _Nullable CGWindowListCopyWindowInfo(CGWindowListOption option,
+                                                CGWindowID relativeToWindow);
+
+// Permission to read the screen.
+
+bool CGPreflightScreenCaptureAccess(void) API_AVAILABLE(macos(10.15));
+bool CGRequestScreenCaptureAccess(void) API_AVAILABLE(macos(10.15));
 
 // Quartz Event Services.
 
