@@ -45,6 +45,12 @@ const faults = [
   ['a block that holds itself', 'leakCycle', ['alive: 1 configuration', 'blocks alive: 1']],
   ['a state restored but never saved', 'restoreWithoutSaving',
     ['graphics state restored that was not saved']],
+  ['a leaked window list', 'leakWindowList', ['alive: 1 window list']],
+  ['a rectangle made of a text', 'makeRectOfText',
+    ['CGRectMakeWithDictionaryRepresentation without dictionary or rectangle']],
+  ['an observer that is never removed', 'keepObserving',
+    ['an observer that ran is still registered']],
+  ['an observer removed twice', 'removeObserverTwice', ['an observer was removed twice']],
   ['a semaphore released in use', 'releaseSemaphoreInUse',
     ['a semaphore was released while a thread held it']],
 ];
@@ -53,6 +59,14 @@ for (const [what, fault, complaints] of faults) {
     assert.deepEqual(await complaintsOf(() => faulty[fault]()), complaints);
   });
 }
+
+test('a query that nobody holds while it gathers is found', async () => {
+  const complaints = await complaintsOf((mac) => {
+    faulty.forgetQuery();
+    mac.deliver('query');
+  }, { query: { answer: 'held' } });
+  assert.deepEqual(complaints, ['a query was released as it gathered']);
+});
 
 test('a graphics context left current is found', async () => {
   const complaints = await complaintsOf(() => faulty.leaveContextCurrent());

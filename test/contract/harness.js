@@ -29,6 +29,18 @@ const defaults = {
   image: {},           // over imageDefaults
   jpeg: { bytes: 1000 },
   cursor: [0, 0],      // where the pointer is, until a mouse event is posted
+  running: [],         // the running applications, each over runningDefaults
+  frontmost: null,     // the process identifier of one of them
+  windows: [],         // entries of the on-screen window list, front to back; null: no list
+  locations: {},       // bundle identifier: path of the application that the system knows
+  bundles: {},         // path: { bundleId, info } of the bundle there
+  files: [],           // the paths where something is, in the folders of applications
+  displayNames: {},    // path: display name
+  query: {},           // over queryDefaults
+  open: {},            // over openDefaults
+  clipboard: null,     // { text }; without a text something else or nothing
+  isTrusted: false,
+  mayReadScreen: false,
   mainQueue: 'serviced',
   timeScale: 1,        // by which the waits that the addon asks for are multiplied
   failing: [],         // names of calls that give nil, NULL or an error whenever they are made
@@ -40,6 +52,13 @@ const imageDefaults = {
   result: 'image', error: 'capture refused', answer: 'thread', times: 1, size: [3024, 1964],
 };
 
+const runningDefaults = { policy: 0, bundleId: null, name: null, isHidden: false };
+const queryDefaults = { results: [], answer: 'thread', times: 1 };
+const openDefaults = {
+  result: 'application', application: { ...runningDefaults, pid: 900 }, error: 'open refused',
+  answer: 'thread', times: 1,
+};
+
 /** Makes ten seconds last a few milliseconds. */
 const shortTimeouts = { timeScale: 0.002 };
 
@@ -49,14 +68,35 @@ function jpegText(bytes = defaults.jpeg.bytes) {
     .toString('base64');
 }
 
+/** What the window list has of a window: an entry for each value that is given. */
+function windowEntry({ pid, layer, alpha, name, bounds }) {
+  const [X, Y, Width, Height] = bounds ?? [];
+  const entry = {
+    kCGWindowOwnerPID: pid, kCGWindowLayer: layer, kCGWindowAlpha: alpha,
+    kCGWindowOwnerName: name, kCGWindowBounds: bounds && { X, Y, Width, Height },
+  };
+  return Object.fromEntries(Object.entries(entry).filter(([, value]) => value !== undefined));
+}
+
+/** The displays that screens stand for, from the top-left corner of the first one, y down. */
+function displaysOf(screens) {
+  const primaryHeight = screens[0]?.frame[3] ?? 0;
+  return screens
+    .filter((screen) => screen.id !== undefined)
+    .map(({ id, frame: [x, y, w, h] }) => ({ id, bounds: [x, primaryHeight - (y + h), w, h] }));
+}
+
 /** A whole scene from what a test says of it, for those that speak to the doubles themselves. */
 function sceneWithDefaults(script) {
   const whole = { ...defaults, ...script };
-  const displays = whole.screens
-    .filter((screen) => screen.id !== undefined)
-    .map(({ id, frame: [, , width, height] }) => ({ id, width, height }));
+  whole.displays ??= displaysOf(whole.screens);
+  const displays = whole.displays
+    .map(({ id, bounds: [, , width, height] }) => ({ id, width, height }));
   whole.content = { displays, ...contentDefaults, ...whole.content };
   whole.image = { ...imageDefaults, ...whole.image };
+  whole.running = whole.running.map((application) => ({ ...runningDefaults, ...application }));
+  whole.query = { ...queryDefaults, ...whole.query };
+  whole.open = { ...openDefaults, ...whole.open };
   return whole;
 }
 
@@ -144,7 +184,7 @@ function scene(t, script = {}) {
     serviceMainQueue: () => doubles.serviceMainQueue(),
     waitingMainQueueBlocks: () => doubles.leftovers().mainQueueBlocks,
 
-    /** Delivers the held answers of 'content' or 'image', or all; how many there were. */
+    /** Delivers the held answers of 'content', 'image', 'query' or 'open', or all; how many there were. */
     deliver: (subject) => doubles.deliver(subject),
     heldAnswers: () => doubles.leftovers().heldAnswers,
 
@@ -163,5 +203,6 @@ function scene(t, script = {}) {
 }
 
 module.exports = {
-  scene, sceneWithDefaults, until, builtIn, shortTimeouts, jpegText, doubles, addon, addonPath,
+  scene, sceneWithDefaults, windowEntry, until, builtIn, shortTimeouts, jpegText, doubles, addon,
+  addonPath,
 };

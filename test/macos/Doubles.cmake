@@ -48,16 +48,28 @@ add_library(macdoubles SHARED
     ${_here}/doubles/core/framework_threads.mm
     ${_here}/doubles/core/recorder.cc
     ${_here}/doubles/core/tracked_object.mm
+    ${_here}/doubles/application_locations.mm
+    ${_here}/doubles/cf_boolean.mm
     ${_here}/doubles/cg_display.mm
     ${_here}/doubles/cg_event.mm
+    ${_here}/doubles/cg_window.mm
     ${_here}/doubles/core_foundation.mm
     ${_here}/doubles/dispatch.mm
     ${_here}/doubles/dispatch_semaphore.mm
     ${_here}/doubles/dispatch_time.mm
     ${_here}/doubles/ns_bitmap_image_rep.mm
+    ${_here}/doubles/ns_bundle.mm
+    ${_here}/doubles/ns_file_manager.mm
     ${_here}/doubles/ns_graphics_context.mm
     ${_here}/doubles/ns_image.mm
+    ${_here}/doubles/ns_metadata_query.mm
+    ${_here}/doubles/ns_notification_center.mm
+    ${_here}/doubles/ns_pasteboard.mm
+    ${_here}/doubles/ns_running_application.mm
     ${_here}/doubles/ns_screen.mm
+    ${_here}/doubles/ns_workspace.mm
+    ${_here}/doubles/objects.mm
+    ${_here}/doubles/permissions.mm
     ${_here}/doubles/sc_errors.mm
     ${_here}/doubles/sc_screenshot_manager.mm
     ${_here}/doubles/sc_shareable_content.mm

@@ -15,6 +15,7 @@
 #include "core/recorder.h"
 #include "counters.h"
 #include "main_queue.h"
+#include "notifications.h"
 #include "values.h"
 
 namespace macdoubles {
@@ -82,6 +83,7 @@ Napi::Value Service(const Napi::CallbackInfo& info) {
 Napi::Value Discard(const Napi::CallbackInfo& info) {
   DiscardMainQueue();
   DropAnswers();
+  DropObservers();
   return info.Env().Undefined();
 }
 

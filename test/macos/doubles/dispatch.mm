@@ -92,6 +92,12 @@ size_t ServiceMainQueue() {
   return count;
 }
 
+void RunOnMainQueue(std::function<void()> work) {
+  Enqueue(OwnBlock(^{
+    work();
+  }));
+}
+
 size_t WaitingMainQueueBlocks() {
   MainQueue& queue = TheMainQueue();
   const std::lock_guard lock(queue.mutex);

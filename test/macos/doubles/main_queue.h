@@ -13,6 +13,9 @@ void SetMainQueueWake(std::function<void()> wake);
 /// Runs the blocks that wait, and those they add; returns how many.
 size_t ServiceMainQueue();
 
+/// Has the main queue run `work`, as a framework does that hands something to it.
+void RunOnMainQueue(std::function<void()> work);
+
 size_t WaitingMainQueueBlocks();
 
 /// Lets go of the blocks that wait without running them.

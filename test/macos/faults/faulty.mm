@@ -135,6 +135,55 @@ void ReleaseSemaphoreInUse() {
   }
 }
 
+void LeakWindowList() {
+  static_cast<void>(CGWindowListCopyWindowInfo(kCGWindowListOptionOnScreenOnly, kCGNullWindowID));
+}
+
+void MakeRectOfText() {
+  CGRect rect;
+  const auto text = (__bridge CFTypeRef) @"0, 0, 1, 1";
+  CGRectMakeWithDictionaryRepresentation(static_cast<CFDictionaryRef>(text), &rect);
+}
+
+id ObserveGathering(NSMetadataQuery* query) {
+  return [NSNotificationCenter.defaultCenter
+      addObserverForName:NSMetadataQueryDidFinishGatheringNotification
+                  object:query
+                   queue:NSOperationQueue.mainQueue
+              usingBlock:^(NSNotification*){
+              }];
+}
+
+// Nothing holds the query any more when it should tell what it found.
+void ForgetQuery() {
+  @autoreleasepool {
+    [[[NSMetadataQuery alloc] init] startQuery];
+  }
+}
+
+// The observer runs, and is never removed.
+void KeepObserving() {
+  @autoreleasepool {
+    NSMetadataQuery* query = [[NSMetadataQuery alloc] init];
+    [NSNotificationCenter.defaultCenter
+        addObserverForName:NSMetadataQueryDidFinishGatheringNotification
+                    object:query
+                     queue:NSOperationQueue.mainQueue
+                usingBlock:^(NSNotification*) {
+                  static_cast<void>(query);
+                }];
+    [query startQuery];
+  }
+}
+
+void RemoveObserverTwice() {
+  @autoreleasepool {
+    const id observer = ObserveGathering([[NSMetadataQuery alloc] init]);
+    [NSNotificationCenter.defaultCenter removeObserver:observer];
+    [NSNotificationCenter.defaultCenter removeObserver:observer];
+  }
+}
+
 // Memory that only the leak detector of a sanitizer sees.
 void LeakMemory() {
   volatile char* const memory = static_cast<char*>(std::malloc(12345));
@@ -217,6 +266,11 @@ Napi::Object Init(Napi::Env env, Napi::Object exports) {
   exports.Set("restoreWithoutSaving", Napi::Function::New(env, Call<RestoreWithoutSaving>));
   exports.Set("leaveContextCurrent", Napi::Function::New(env, Call<LeaveContextCurrent>));
   exports.Set("releaseSemaphoreInUse", Napi::Function::New(env, Call<ReleaseSemaphoreInUse>));
+  exports.Set("leakWindowList", Napi::Function::New(env, Call<LeakWindowList>));
+  exports.Set("makeRectOfText", Napi::Function::New(env, Call<MakeRectOfText>));
+  exports.Set("forgetQuery", Napi::Function::New(env, Call<ForgetQuery>));
+  exports.Set("keepObserving", Napi::Function::New(env, Call<KeepObserving>));
+  exports.Set("removeObserverTwice", Napi::Function::New(env, Call<RemoveObserverTwice>));
   exports.Set("leakMemory", Napi::Function::New(env, Call<LeakMemory>));
   exports.Set("leakFoundationString", Napi::Function::New(env, Call<LeakFoundationString>));
   exports.Set("readFreedMemory", Napi::Function::New(env, Call<ReadFreedMemory>));
