@@ -10,8 +10,9 @@ const { scene } = require('./harness');
 // Under sanitizers a thread takes half a second to start.
 const rounds = process.env.DESKHAND_SANITIZED ? 4 : 20;
 
-for (const moment of ['main queue stalled', 'content late', 'image late', 'image at once']) {
-  test(`a worker thread may be terminated with captures in flight: ${moment}`, async () => {
+for (const moment of ['main queue stalled', 'content late', 'image late', 'image at once',
+  'gathering late', 'opening late']) {
+  test(`a worker thread may be terminated with promises in flight: ${moment}`, async () => {
     const { asked, clean, leftovers, violations } =
       await runScript('terminate_workers.js', moment, String(rounds));
     assert.equal(asked, 3 * rounds);
@@ -43,6 +44,19 @@ for (const where of ['main queue', 'content', 'image', 'nowhere']) {
 
 test('a process with a capture in flight lives until it has settled', async () => {
   assert.deepEqual(await runScript('end_by_itself.js'), { width: 1372 });
+});
+
+test('hundreds of queries and openings leave nothing behind', async (t) => {
+  const mac = scene(t, {
+    locations: { 'com.a': '/A.app' }, bundles: { '/A.app': { bundleId: 'com.a' } },
+    query: { results: [{ path: '/A.app', displayName: 'A' }] },
+  });
+  for (let round = 0; round < 100; ++round) {
+    const [apps, isOpen, isOtherOpen] = await Promise.all([
+      mac.addon.listInstalledApps(), mac.addon.openApp('com.a'), mac.addon.openApp('com.b'),
+    ]);
+    assert.deepEqual([apps.length, isOpen, isOtherOpen], [1, true, false]);
+  }
 });
 
 test('hundreds of captures leave nothing behind', async (t) => {

@@ -11,7 +11,10 @@ const names = [
   'captureDisplay', 'captureRegion', 'calculateTargetSize',
   'mouseClick', 'mouseMove', 'mouseDrag', 'mouseDown', 'mouseUp', 'scroll', 'getCursorPosition',
   'typeText', 'keyPress', 'keyHold',
-  'listDisplays', 'getDisplaySize',
+  'listRunningApps', 'listInstalledApps', 'resolveAppName', 'getFrontmostApp', 'appUnderPoint',
+  'openApp', 'hideApps', 'unhideApps', 'getWindowList', 'listDisplays', 'getDisplaySize',
+  'readClipboard', 'writeClipboard',
+  'checkAccessibility', 'requestAccessibility', 'checkScreenRecording', 'requestScreenRecording',
 ];
 
 /** Loads the addon a further time, into an exports object of the test's choice. */
@@ -25,6 +28,11 @@ test('the exports are the functions of the table, in its order, and nothing else
   assert.deepEqual(Object.getOwnPropertyNames(addon), names);
   assert.deepEqual(Object.getOwnPropertySymbols(addon), []);
   for (const name of names) assert.equal(typeof addon[name], 'function');
+});
+
+test('the exports are thirty functions', () => {
+  assert.equal(Object.keys(addon).length, 30);
+  assert.deepEqual(Object.keys(addon), names);
 });
 
 test('each function is named as it is exported', () => {
