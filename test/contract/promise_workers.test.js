@@ -66,6 +66,7 @@ for (const [name, capture, what] of kinds) {
         const outcome = result === 'success' ? {} : { result };
         const mac = scene(t, { ...shortTimeouts, [subject]: { answer: 'held', ...outcome } });
         await assert.rejects(capture(mac), timeout);
+        await mac.until(() => mac.heldAnswers() === 1);
         assert.equal(mac.deliver(subject), 1);
       });
     }
