@@ -41,6 +41,55 @@ export interface DisplayRecord {
   name: string;
 }
 
+/** A running application. */
+export interface AppRecord {
+  /**
+   * Its bundle identifier. On X11 the id of its desktop entry (`org.gnome.Calculator`), else the class
+   * of its windows (`XTerm`).
+   */
+  bundleId: string;
+  /** Its name in the user's language; `""` when it has none. */
+  displayName: string;
+  /** Its process. On X11 0 when nobody knows it. */
+  pid: number;
+}
+
+/** An application that is installed, running or not. */
+export interface InstalledAppRecord {
+  /** Its bundle identifier; the same in all copies of it. */
+  bundleId: string;
+  /** Its name in the user's language. */
+  displayName: string;
+  /** Where it is: the bundle's folder; on X11 the file of its desktop entry. */
+  path: string;
+}
+
+/** What an application's name stands for. */
+export interface ResolvedApp {
+  /** Its bundle identifier. */
+  bundleId: string;
+  /** Its name in the user's language; what was looked for when the system has no other. */
+  displayName: string;
+}
+
+/** An ordinary window on the screen. Positions and sizes in points, in the global desktop space. */
+export interface WindowRecord {
+  /** Bundle identifier of the application that owns it. */
+  bundleId: string;
+  /** The process that owns it. */
+  pid: number;
+  /** Left edge, frame included; any number. */
+  x: number;
+  /** Top edge. */
+  y: number;
+  /** Width. */
+  w: number;
+  /** Height. */
+  h: number;
+  /** The display that holds its centre; the main display when none does. */
+  displayId: number;
+}
+
 /** A picture of a region. */
 export interface RegionCapture {
   /** The picture: JPEG, as base64 without line breaks. */
@@ -314,6 +363,97 @@ export function keyPress(chord: string, repeat?: number): true;
 export function keyHold(chord: string, durationMs: number): true;
 
 /**
+ * The ordinary applications that run, those with a place in the dock or task bar, in the system's order;
+ * this process included, if it is one. Without a bundle identifier an application is not listed. Never
+ * `null`. On X11 these are the applications with an ordinary window, in the order of their processes.
+ *
+ * Blocks for the question alone, about a millisecond; on X11, where a server may hang, two seconds at most.
+ */
+export function listRunningApps(): AppRecord[];
+
+/**
+ * All applications that are installed for people to open, every copy of each, in the order of the system's
+ * index. Agents and background programs are not listed. On X11 the desktop entries that menus show, of the
+ * user's folder first.
+ *
+ * Does not block. Resolves within ten seconds, with an empty list when the index has not answered by then;
+ * never rejects for that. On macOS the main dispatch queue must be serviced.
+ */
+export function listInstalledApps(): Promise<InstalledAppRecord[]>;
+
+/**
+ * What a person calls an application, to its bundle identifier. `name` is looked for, in this order, among
+ * the names of all running applications (case does not matter), as a bundle identifier, and as the name of
+ * an application in `/Applications` and `/System/Applications`, on X11 in the folders of desktop entries.
+ * It is taken as it is: neither are spaces cut off, nor is an ending `.app`.
+ *
+ * Blocks for a few small questions and files.
+ *
+ * @returns `null` when nothing has this name, and when `name` is not a string.
+ */
+export function resolveAppName(name: string): ResolvedApp | null;
+
+/**
+ * The application that gets what is typed, whether it is an ordinary one or not. Blocks as
+ * {@link listRunningApps} does.
+ *
+ * @returns `null` when there is none, or it has no bundle identifier.
+ */
+export function getFrontmostApp(): AppRecord | null;
+
+/**
+ * The application that a click at this point would reach: that of the frontmost ordinary window there. Docks,
+ * menus, notifications, windows that cannot be seen and those of this process are looked through. The left
+ * and the top edge belong to a window, the right and the bottom one do not.
+ *
+ * Blocks for one question about all windows, about a millisecond. On macOS no permission is needed.
+ *
+ * @param x Global desktop space, points.
+ * @param y Global desktop space, points.
+ * @returns `null` when no window is there, and when `x` or `y` is not a number; throws nothing.
+ */
+export function appUnderPoint(x: number, y: number): AppRecord | null;
+
+/**
+ * Launches an application, or brings it to the front when it runs already.
+ *
+ * Does not block. On macOS the main dispatch queue must be serviced. On X11 a launched program has nothing
+ * of this process's but its environment, and outlives it.
+ *
+ * @param bundleId Compared exactly; {@link resolveAppName} finds it.
+ * @returns `true` once the application is open and active; `false` when there is none with this identifier,
+ *   when it could not be opened, after ten seconds, and for what is not a string. Never rejects for that.
+ */
+export function openApp(bundleId: string): Promise<boolean>;
+
+/**
+ * Hides applications, every running instance of each; those that are hidden already are left alone. On X11
+ * their windows are minimized. Returns at once; whether a program complies is not known.
+ *
+ * @param bundleIds Compared exactly. Elements that are not strings are skipped; anything but an array is
+ *   ignored.
+ */
+export function hideApps(bundleIds: readonly string[]): void;
+
+/**
+ * Shows hidden applications again; those that are not hidden are left alone. On X11 the windows that
+ * {@link hideApps} minimized come back, and those that the user had minimized stay.
+ *
+ * @param bundleIds As for {@link hideApps}.
+ */
+export function unhideApps(bundleIds: readonly string[]): void;
+
+/**
+ * The ordinary windows on the screen, front to back: not those of docks, menus, notifications and the
+ * desktop itself, not transparent ones, not those of this process, nor of applications without a bundle
+ * identifier. Windows that others cover are listed. Never `null`.
+ *
+ * Blocks for one question about all windows, about a millisecond; on X11, where a server may hang, two
+ * seconds at most. On macOS no permission is needed.
+ */
+export function getWindowList(): WindowRecord[];
+
+/**
  * The attached displays, the primary one first; none when there is no display. Nothing is cached: a
  * display that is attached, moved or removed is seen by the next call. Blocks for the question alone:
  * well under a millisecond; on X11, where a server may hang, a few seconds at most.
@@ -329,3 +469,44 @@ export function listDisplays(): DisplayRecord[];
  *   the main display.
  */
 export function getDisplaySize(displayId?: number): DisplayRecord;
+
+/**
+ * The plain text on the clipboard, up to its first U+0000.
+ *
+ * Blocks until it is there: at once on macOS. On X11 it is fetched from the program that has it, which has
+ * one second to begin and as much longer as its text would take at 5 MB a second.
+ *
+ * @returns `null` when there is no plain text there, and when it is not told in time; `""` is a text.
+ */
+export function readClipboard(): string | null;
+
+/**
+ * Replaces whatever is on the clipboard by a text. Whether the system accepts it is not known.
+ *
+ * On X11 the text is served by a thread of this process as long as that lives, and then handed to a
+ * clipboard manager if there is one; without one it ends with the process.
+ *
+ * @param text Ignored when it is not a string. Halves of surrogate pairs become U+FFFD.
+ */
+export function writeClipboard(text: string): void;
+
+/**
+ * Whether this process may make mouse and keyboard events now: the Accessibility permission on macOS, a
+ * server with the XTEST extension on X11. Asks nobody, caches nothing.
+ */
+export function checkAccessibility(): boolean;
+
+/**
+ * The same; when it may not, macOS asks the user, who decides in the system's settings. The answer is not
+ * waited for: the result is that of the moment. On X11 there is nobody to ask.
+ */
+export function requestAccessibility(): boolean;
+
+/**
+ * Whether this process may read the screen now: the Screen Recording permission on macOS, a server that
+ * lets us on X11. Asks nobody, caches nothing.
+ */
+export function checkScreenRecording(): boolean;
+
+/** The same; when it may not, macOS may ask the user, as {@link requestAccessibility} does. */
+export function requestScreenRecording(): boolean;
