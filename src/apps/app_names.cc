@@ -20,29 +20,33 @@ std::optional<ResolvedApp> RunningAppCalled(const std::string& name) {
   return std::nullopt;
 }
 
-/// `path` is where `bundle` lies, if anywhere; `name` stands in for a display name.
-std::optional<ResolvedApp> Describe(const platform::BundleRef& bundle,
-                                    const std::optional<std::string>& path,
-                                    const std::string& name) {
-  if (!bundle) return std::nullopt;
-  auto bundle_id = platform::BundleId(*bundle);
-  if (!bundle_id) return std::nullopt;
+std::optional<std::string> IdentifierOf(const platform::BundleRef& bundle) {
+  return bundle ? platform::BundleId(*bundle) : std::nullopt;
+}
+
+/// What is at `path`, if anywhere, by the system's name for it, else by `name`.
+ResolvedApp Describe(std::string bundle_id, const std::optional<std::string>& path,
+                     const std::string& name) {
   std::optional<std::string> display_name;
   if (path) display_name = platform::DisplayNameAtPath(*path);
-  return ResolvedApp{std::move(*bundle_id), display_name.value_or(name)};
+  return {std::move(bundle_id), display_name.value_or(name)};
 }
 
 std::optional<ResolvedApp> AppWithBundleId(const std::string& bundle_id) {
   const auto location = platform::LocationOfApplication(bundle_id);
   if (!location) return std::nullopt;
-  return Describe(platform::BundleAt(*location), platform::PathOf(*location), bundle_id);
+  auto found = IdentifierOf(platform::BundleAt(*location));
+  if (!found) return std::nullopt;
+  return Describe(std::move(*found), platform::PathOf(*location), bundle_id);
 }
 
 std::optional<ResolvedApp> AppInFolders(const std::string& name) {
   for (const std::string& folder : platform::ApplicationFolders()) {
     const std::string path = platform::PathInFolder(folder, name);
     if (!platform::PathExists(path)) continue;
-    if (auto app = Describe(platform::BundleAtPath(path), path, name)) return app;
+    if (auto found = IdentifierOf(platform::BundleAtPath(path))) {
+      return Describe(std::move(*found), path, name);
+    }
   }
   return std::nullopt;
 }
