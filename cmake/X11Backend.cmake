@@ -54,6 +54,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/task_thread.cc
     src/platform/x11/text_typing.cc
     src/platform/x11/typing_turn.cc
+    src/platform/x11/window_roles.cc
     src/platform/x11/window_support.cc
     src/platform/x11/window_watch.cc)
 target_link_libraries(deskhand_platform PUBLIC PkgConfig::X11_BACKEND Threads::Threads)

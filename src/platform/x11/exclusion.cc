@@ -114,7 +114,7 @@ Grab GrabWithout(const std::vector<std::string>& bundle_ids, Session& session,
   if (bundle_ids.empty()) return GrabScreen(session, area, with_pointer);
   Link& link = session.link();
   if (!link.window_watch) {
-    link.window_watch = WindowWatch::Start(session);
+    link.window_watch = WindowWatch::Start(session, Detail::kNone);
     if (!link.window_watch) {
       return GiveUp(session, "the X server refused to describe its windows").grab;
     }

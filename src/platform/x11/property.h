@@ -5,6 +5,7 @@
 #include <cstring>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <xcb/xcb.h>
 
@@ -26,6 +27,15 @@ inline std::optional<uint32_t> ReadCard32(const xcb_get_property_reply_t& proper
   uint32_t value = 0;
   std::memcpy(&value, xcb_get_property_value(&property), sizeof(value));
   return value;
+}
+
+/// All values of a property of 32-bit values.
+inline std::vector<uint32_t> ReadCard32s(const xcb_get_property_reply_t& property) {
+  if (property.format != 32) return {};
+  std::vector<uint32_t> values(property.value_len);
+  const void* const bytes = xcb_get_property_value(&property);
+  if (!values.empty()) std::memcpy(values.data(), bytes, values.size() * sizeof(uint32_t));
+  return values;
 }
 
 }  // namespace deskhand::platform

@@ -9,6 +9,7 @@
 
 #include "platform/x11/property.h"
 #include "platform/x11/reply.h"
+#include "platform/x11/window_roles.h"
 
 namespace deskhand::platform {
 namespace {
@@ -37,6 +38,7 @@ struct Inquiry {
   xcb_get_property_cookie_t transient_for;
   xcb_get_property_cookie_t wm_state;
   xcb_get_property_cookie_t opacity;
+  RoleCookies role;
 };
 
 std::string HostName() {
@@ -61,10 +63,12 @@ PixelRect OuterBounds(int32_t inner_x, int32_t inner_y, const xcb_get_geometry_r
 
 class SubtreeQuery {
  public:
-  SubtreeQuery(const Session& session, const WindowSupport& support, uint32_t manager)
+  SubtreeQuery(const Session& session, const WindowSupport& support, Detail detail,
+               uint32_t manager)
       : connection_(session.connection()),
         root_(session.screen().root),
         support_(support),
+        detail_(detail),
         manager_(manager) {}
 
   std::vector<Subtree> Run(const std::vector<xcb_window_t>& tops) {
@@ -149,8 +153,9 @@ class SubtreeQuery {
         .process_id = GetProperty(window, atoms.net_wm_pid, XCB_ATOM_CARDINAL, 1),
         .machine = GetProperty(window, XCB_ATOM_WM_CLIENT_MACHINE, XCB_ATOM_ANY, kLongestTextWords),
         .transient_for = GetProperty(window, XCB_ATOM_WM_TRANSIENT_FOR, XCB_ATOM_WINDOW, 1),
-        .wm_state = GetProperty(window, atoms.wm_state, XCB_ATOM_ANY, 0),
+        .wm_state = GetProperty(window, atoms.wm_state, XCB_ATOM_ANY, 1),
         .opacity = GetProperty(window, atoms.net_wm_window_opacity, XCB_ATOM_CARDINAL, 1),
+        .role = detail_ == Detail::kRoles ? AskRole(connection_, atoms, window) : RoleCookies(),
     };
   }
 
@@ -169,6 +174,13 @@ class SubtreeQuery {
     const auto leader = property(inquiry.transient_for);
     const auto wm_state = property(inquiry.wm_state);
     const auto opacity = property(inquiry.opacity);
+    if (detail_ == Detail::kRoles) {
+      const auto role = ReadRole(connection_, support_.atoms, inquiry.role);
+      subtree->is_complete &= role.has_value();
+      if (role) window->role = *role;
+      if (wm_state) window->role.state = StateOf(ReadCard32(*wm_state));
+      window->role.is_override_redirect = attributes && attributes->override_redirect;
+    }
     if (leader) window->transient_for = ReadCard32(*leader).value_or(XCB_NONE);
     window->is_managed = wm_state && wm_state->type != XCB_ATOM_NONE;
     window->is_viewable = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
@@ -245,6 +257,7 @@ class SubtreeQuery {
   xcb_connection_t* const connection_;
   const xcb_window_t root_;
   const WindowSupport& support_;
+  const Detail detail_;
   const uint32_t manager_;
   const std::string host_name_ = HostName();
 };
@@ -252,8 +265,9 @@ class SubtreeQuery {
 }  // namespace
 
 std::vector<Subtree> QuerySubtrees(const Session& session, const WindowSupport& support,
-                                   uint32_t manager, const std::vector<xcb_window_t>& tops) {
-  return SubtreeQuery(session, support, manager).Run(tops);
+                                   Detail detail, uint32_t manager,
+                                   const std::vector<xcb_window_t>& tops) {
+  return SubtreeQuery(session, support, detail, manager).Run(tops);
 }
 
 uint32_t ClientOf(xcb_connection_t* connection, xcb_window_t window) {

@@ -2,8 +2,12 @@
 #pragma once
 
 #include <optional>
+#include <utility>
+#include <vector>
 
 #include <xcb/xcb.h>
+
+#include "platform/x11/window_tree.h"
 
 namespace deskhand::platform {
 
@@ -15,6 +19,15 @@ struct WindowAtoms {
   xcb_atom_t wm_state = XCB_ATOM_NONE;
   xcb_atom_t xrootpmap_id = XCB_ATOM_NONE;
   xcb_atom_t compositor = XCB_ATOM_NONE;  // the selection that a compositing manager owns
+
+  // Those of windows' roles.
+  xcb_atom_t deskhand_hidden = XCB_ATOM_NONE;  // on windows that were hidden with their application
+  xcb_atom_t gtk_frame_extents = XCB_ATOM_NONE;
+  xcb_atom_t net_frame_extents = XCB_ATOM_NONE;
+  xcb_atom_t net_wm_state = XCB_ATOM_NONE;
+  xcb_atom_t net_wm_state_hidden = XCB_ATOM_NONE;
+  xcb_atom_t net_wm_window_type = XCB_ATOM_NONE;
+  std::vector<std::pair<xcb_atom_t, WindowType>> types;  // the values of the last
 };
 
 struct WindowSupport {

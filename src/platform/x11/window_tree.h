@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include <xcb/xcb.h>
@@ -26,6 +27,30 @@ struct TopWindow {
   bool is_shown = false;          // drawable and viewable
 };
 
+/// What a window is for, as far as it decides about its place among the others; see
+/// _NET_WM_WINDOW_TYPE of the Extended Window Manager Hints.
+enum class WindowType : uint8_t { kOrdinary, kDesktop, kDock, kMenu, kNotification };
+
+/// Widths of a window's four margins, in pixels.
+struct Margins {
+  int32_t left = 0, right = 0, top = 0, bottom = 0;
+  bool operator==(const Margins&) const = default;
+};
+
+/// WM_STATE, see the ICCCM, section 4.1.3.1.
+enum class WindowState : uint8_t { kWithdrawn = 0, kNormal = 1, kIconic = 3 };
+
+/// What a window is to its user. Known where a watch looks for it.
+struct WindowRole {
+  WindowType type = WindowType::kOrdinary;
+  bool is_override_redirect = false;  // no window manager has a say in it
+  WindowState state = WindowState::kWithdrawn;
+  bool is_minimized = false;          // _NET_WM_STATE_HIDDEN
+  bool is_put_away = false;           // by hiding its application, and not shown again since
+  std::optional<Margins> frame = {};  // _NET_FRAME_EXTENTS: what the window manager draws around it
+  Margins shadow = {};                // _GTK_FRAME_EXTENTS: of it, what is no part of the window
+};
+
 /// A window that may tell of its application: every top-level window, and of those inside of them
 /// the ones that have a name or were made by another client than their parent.
 struct ApplicationWindow {
@@ -38,6 +63,7 @@ struct ApplicationWindow {
   bool is_managed = false;                // has WM_STATE: a window manager put it into its frame
   bool is_viewable = false;
   PixelRect bounds = {};  // border included
+  WindowRole role = {};
 
   bool has_name() const {
     return !facts.wm_class.empty() || !facts.wm_instance.empty() ||

@@ -7,6 +7,7 @@
 
 #include "platform/x11/property.h"
 #include "platform/x11/reply.h"
+#include "platform/x11/window_roles.h"
 
 namespace deskhand::platform {
 namespace {
@@ -16,17 +17,17 @@ constexpr size_t kMostNames = 64;
 
 }  // namespace
 
-std::unique_ptr<WindowWatch> WindowWatch::Start(const Session& session) {
+std::unique_ptr<WindowWatch> WindowWatch::Start(const Session& session, Detail detail) {
   xcb_connection_t* const connection = session.connection();
   const auto support = QueryWindowSupport(connection, session.link().screen_number);
   if (!support) return nullptr;
   const uint32_t events = XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY;
   xcb_change_window_attributes(connection, session.screen().root, XCB_CW_EVENT_MASK, &events);
-  return std::unique_ptr<WindowWatch>(new WindowWatch(session, *support));
+  return std::unique_ptr<WindowWatch>(new WindowWatch(session, *support, detail));
 }
 
-WindowWatch::WindowWatch(const Session& session, const WindowSupport& support)
-    : root_(session.screen().root), support_(support), last_used_(Clock::now()) {}
+WindowWatch::WindowWatch(const Session& session, const WindowSupport& support, Detail detail)
+    : root_(session.screen().root), support_(support), detail_(detail), last_used_(Clock::now()) {}
 
 WindowTree WindowWatch::Query(const Session& session) {
   last_used_ = Clock::now();
@@ -54,9 +55,11 @@ WindowTree WindowWatch::Query(const Session& session) {
   for (const xcb_window_t top : tops) entries_.try_emplace(top);
   manager_ = ClientOf(connection, ReadCard32(*check).value_or(XCB_NONE));
   tree.is_complete = Renew(session);
-  if (!tree.is_complete) return tree;
-  for (const xcb_window_t top : tops) AppendTop(entries_.at(top), &tree);
-  RememberNames(&tree);
+  for (const xcb_window_t top : tops) {
+    if (entries_.at(top).subtree) AppendTop(entries_.at(top), &tree);
+  }
+  // Those of connections that have no window any more are forgotten; now that would be a guess.
+  if (tree.is_complete) RememberNames(&tree);
   return tree;
 }
 
@@ -67,7 +70,7 @@ bool WindowWatch::Renew(const Session& session) {
   }
   has_news_ = !wanted.empty();
   bool is_complete = true;
-  for (Subtree& subtree : QuerySubtrees(session, support_, manager_, wanted)) {
+  for (Subtree& subtree : QuerySubtrees(session, support_, detail_, manager_, wanted)) {
     is_complete &= subtree.is_complete;
     if (subtree.is_complete) Accept(std::move(subtree));
   }
@@ -164,6 +167,11 @@ void WindowWatch::OnConfigured(const xcb_configure_notify_event_t& event) {
   top.bounds = bounds;
 }
 
+xcb_window_t WindowWatch::TopOf(xcb_window_t window) const {
+  const auto top = top_of_.find(window);
+  return top == top_of_.end() ? xcb_window_t{XCB_NONE} : top->second;
+}
+
 bool WindowWatch::Matters(xcb_atom_t property) const {
   const WindowAtoms& atoms = support_.atoms;
   const auto all = {xcb_atom_t{XCB_ATOM_WM_CLASS},
@@ -173,13 +181,15 @@ bool WindowWatch::Matters(xcb_atom_t property) const {
                     atoms.net_wm_pid,
                     atoms.net_wm_window_opacity,
                     atoms.wm_state};
-  return std::find(all.begin(), all.end(), property) != all.end();
+  if (std::find(all.begin(), all.end(), property) != all.end()) return true;
+  return detail_ == Detail::kRoles && IsOfRole(atoms, property);
 }
 
 void WindowWatch::Handle(const xcb_generic_event_t& event) {
   switch (event.response_type & 0x7f) {
     case XCB_PROPERTY_NOTIFY: {
       const auto& notify = reinterpret_cast<const xcb_property_notify_event_t&>(event);
+      last_time_ = notify.time;
       if (Matters(notify.atom)) Forget(notify.window);
       break;
     }

@@ -1,5 +1,5 @@
 // The windows of the screen, kept from one look to the next.
-// Only those that something happened to are asked again. Thread: the capture thread.
+// Only those that something happened to are asked again. Thread: the session's.
 #pragma once
 
 #include <cstdint>
@@ -23,10 +23,11 @@ namespace deskhand::platform {
 class WindowWatch {
  public:
   /// Null when the server does not answer.
-  static std::unique_ptr<WindowWatch> Start(const Session& session);
+  static std::unique_ptr<WindowWatch> Start(const Session& session, Detail detail);
 
   /// All windows, shown or not, to the bottom: an application's window may lie in a frame, or be
-  /// embedded in that of another. Exact while the server is grabbed.
+  /// embedded in that of another. Exact while the server is grabbed; else a window may go before it
+  /// is asked about, and the tree is without it and not complete.
   WindowTree Query(const Session& session);
 
   /// Takes notice of an event of the connection.
@@ -40,6 +41,12 @@ class WindowWatch {
   /// The top-level windows that may show what was in a window which has left them, such as frames
   /// that outlive their clients; each is returned once.
   std::vector<xcb_window_t> TakeDistrusted() { return std::exchange(distrusted_, {}); }
+
+  /// The top-level window that a window lies in, or is; XCB_NONE when Query() did not meet it.
+  xcb_window_t TopOf(xcb_window_t window) const;
+
+  /// The server's time when a property last changed that is watched; 0 before.
+  xcb_timestamp_t last_time() const { return last_time_; }
 
   /// The connection of the window manager, as Query() found it; 0 when there is none.
   uint32_t manager() const { return manager_; }
@@ -57,7 +64,7 @@ class WindowWatch {
     std::vector<ApplicationWindow> clients;
   };
 
-  WindowWatch(const Session& session, const WindowSupport& support);
+  WindowWatch(const Session& session, const WindowSupport& support, Detail detail);
 
   void Forget(xcb_window_t node);
   void OnConfigured(const xcb_configure_notify_event_t& event);
@@ -69,9 +76,11 @@ class WindowWatch {
 
   const xcb_window_t root_;
   const WindowSupport support_;
+  const Detail detail_;
   std::map<xcb_window_t, Entry> entries_;                  // of each top-level window
   std::unordered_map<xcb_window_t, xcb_window_t> top_of_;  // of every window
   uint32_t manager_ = 0;
+  xcb_timestamp_t last_time_ = 0;
   bool has_news_ = false;
   std::vector<xcb_window_t> distrusted_;
   std::map<uint32_t, std::vector<WindowFacts>> names_;  // of each connection
