@@ -6,15 +6,20 @@ pkg_check_modules(X11_BACKEND REQUIRED IMPORTED_TARGET xcb xcb-composite xcb-dam
 
 add_library(deskhand_platform OBJECT
     src/platform/x11/active_window.cc
+    src/platform/x11/application_directory.cc
     src/platform/x11/application_identity.cc
+    src/platform/x11/applications.cc
     src/platform/x11/area_scaler.cc
+    src/platform/x11/bundles.cc
     src/platform/x11/call_scope.cc
     src/platform/x11/canvas.cc
     src/platform/x11/composition.cc
     src/platform/x11/connect.cc
     src/platform/x11/desktop_entries.cc
+    src/platform/x11/desktop_look.cc
     src/platform/x11/device_keymaps.cc
     src/platform/x11/displays.cc
+    src/platform/x11/entry_files.cc
     src/platform/x11/event_barrier.cc
     src/platform/x11/exclusion.cc
     src/platform/x11/exclusion_plan.cc
@@ -29,12 +34,14 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/key_repeat.cc
     src/platform/x11/keyboard.cc
     src/platform/x11/keymap.cc
+    src/platform/x11/launching.cc
     src/platform/x11/leftovers.cc
     src/platform/x11/lent_keys.cc
     src/platform/x11/live_keymap.cc
     src/platform/x11/main_queue.cc
     src/platform/x11/modifiers.cc
     src/platform/x11/monitors.cc
+    src/platform/x11/opening.cc
     src/platform/x11/pending_uses.cc
     src/platform/x11/physical_keys.cc
     src/platform/x11/pixel_format.cc
@@ -46,17 +53,22 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/repainting.cc
     src/platform/x11/scaling_kernels_portable.cc
     src/platform/x11/screen_capture.cc
+    src/platform/x11/screen_windows.cc
     src/platform/x11/session.cc
     src/platform/x11/shared_memory.cc
     src/platform/x11/socket_deadline.cc
     src/platform/x11/spare_keys.cc
+    src/platform/x11/startup_notification.cc
     src/platform/x11/subtree_query.cc
     src/platform/x11/task_thread.cc
     src/platform/x11/text_typing.cc
     src/platform/x11/typing_turn.cc
+    src/platform/x11/window_owners.cc
+    src/platform/x11/window_requests.cc
     src/platform/x11/window_roles.cc
     src/platform/x11/window_support.cc
-    src/platform/x11/window_watch.cc)
+    src/platform/x11/window_watch.cc
+    src/platform/x11/windows.cc)
 target_link_libraries(deskhand_platform PUBLIC PkgConfig::X11_BACKEND Threads::Threads)
 deskhand_share_headers(deskhand_platform <xcb/xcb.h>)
 

@@ -33,10 +33,16 @@ xcb_window_t FocusWindow(const Session& session) {
 
 }  // namespace
 
-std::optional<PixelRect> ActiveWindowBounds(const Session& session) {
+std::optional<xcb_window_t> ActiveWindow(const Session& session) {
   xcb_window_t window = ManagedActiveWindow(session);
   if (window == XCB_NONE) window = FocusWindow(session);
-  if (window == XCB_NONE) return std::nullopt;
+  return window == XCB_NONE ? std::nullopt : std::optional(window);
+}
+
+std::optional<PixelRect> ActiveWindowBounds(const Session& session) {
+  const auto active = ActiveWindow(session);
+  if (!active) return std::nullopt;
+  const xcb_window_t window = *active;
   xcb_connection_t* connection = session.connection();
   const auto geometry_cookie = xcb_get_geometry(connection, window);
   const auto origin_cookie =

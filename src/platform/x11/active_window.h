@@ -8,8 +8,11 @@
 
 namespace deskhand::platform {
 
-/// Bounds of the window that the window manager calls active, or, without a window manager, of the
-/// one with the keyboard focus; none when there is no such window.
+/// The window that the window manager calls active, or, without a window manager, the one with the
+/// keyboard focus; none when there is no such window.
+std::optional<xcb_window_t> ActiveWindow(const Session& session);
+
+/// Its bounds.
 std::optional<PixelRect> ActiveWindowBounds(const Session& session);
 
 }  // namespace deskhand::platform

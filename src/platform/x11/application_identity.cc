@@ -89,14 +89,10 @@ const DesktopEntry* EntryIndex::ByStartupClass(const std::string& name) const {
 }
 
 const DesktopEntry* EntryIndex::ByName(const WindowFacts& window) const {
-  const auto entry = [&](const std::string& name) -> const DesktopEntry* {
-    const auto found = by_id_.find(name);
-    return found == by_id_.end() ? nullptr : &entries_[found->second];
-  };
-  if (const auto* as_is = entry(window.wm_instance)) return as_is;
-  if (const auto* as_is = entry(window.wm_class)) return as_is;
-  if (const auto* canonical = entry(Canonical(window.wm_instance))) return canonical;
-  return entry(Canonical(window.wm_class));
+  if (const auto* as_is = WithId(window.wm_instance)) return as_is;
+  if (const auto* as_is = WithId(window.wm_class)) return as_is;
+  if (const auto* canonical = WithId(Canonical(window.wm_instance))) return canonical;
+  return WithId(Canonical(window.wm_class));
 }
 
 const DesktopEntry* EntryIndex::ByProcess(const ProcessFacts& process) const {
@@ -134,9 +130,16 @@ std::optional<std::string> EntryIndex::EntryOf(const WindowFacts& window,
   return entry ? std::optional(entry->id) : std::nullopt;
 }
 
-void ApplicationIdentities::Refresh() {
-  if (entries_.Refresh()) index_ = EntryIndex(entries_.all(), EntryFolders());
+const DesktopEntry* EntryIndex::WithId(const std::string& id) const {
+  const auto found = by_id_.find(id);
+  return found == by_id_.end() ? nullptr : &entries_[found->second];
+}
+
+bool ApplicationIdentities::Refresh() {
   is_fresh_ = true;
+  if (!entries_.Refresh()) return false;
+  index_ = EntryIndex(entries_.all(), EntryFolders());
+  return true;
 }
 
 std::optional<std::string> ApplicationIdentities::BundleIdOf(const WindowFacts& window) {

@@ -35,6 +35,9 @@ class EntryIndex {
   /// no entry claims it. `process` is the window's; may be null.
   std::optional<std::string> EntryOf(const WindowFacts& window, const ProcessFacts* process) const;
 
+  /// Null when there is none of this id. Good for as long as the index.
+  const DesktopEntry* WithId(const std::string& id) const;
+
  private:
   using Places = std::map<std::string, std::vector<size_t>, std::less<>>;
 
@@ -52,12 +55,15 @@ class EntryIndex {
 class ApplicationIdentities {
  public:
   /// Learns of desktop entries that were added, changed or removed since. Reads files then, which
-  /// takes milliseconds: not for while the server is grabbed.
-  void Refresh();
+  /// takes milliseconds: not for while the server is grabbed. Says whether there were any.
+  bool Refresh();
 
   /// The desktop entry's id, else the class of the window; none when neither is known. Reads files
   /// about a process that was not asked about before.
   std::optional<std::string> BundleIdOf(const WindowFacts& window);
+
+  /// Null when there is none of this id. Good until the next Refresh.
+  const DesktopEntry* EntryWithId(const std::string& id) const { return index_.WithId(id); }
 
  private:
   bool is_fresh_ = false;

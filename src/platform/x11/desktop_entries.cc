@@ -73,6 +73,8 @@ DesktopEntry ReadEntry(GDesktopAppInfo* info, std::string id) {
   GAppInfo* const application = G_APP_INFO(info);
   DesktopEntry entry;
   entry.id = std::move(id);
+  entry.file = TextOrEmpty(g_desktop_app_info_get_filename(info));
+  entry.name = TextOrEmpty(g_app_info_get_name(application));
   entry.startup_wm_class = TextOrEmpty(g_desktop_app_info_get_startup_wm_class(info));
   entry.is_shown = g_app_info_should_show(application);
   // The window of a program that runs in a terminal is the terminal's.

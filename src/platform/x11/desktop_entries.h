@@ -13,6 +13,8 @@ namespace deskhand::platform {
 /// What a desktop entry says of an application; empty where it says nothing.
 struct DesktopEntry {
   std::string id = {};  // without ".desktop"
+  std::string file = {};
+  std::string name = {};  // in the user's language
   std::string startup_wm_class = {};
   std::string program = {};       // the file, links followed; empty too when run in a terminal
   std::string program_name = {};  // the last part of the program's name, as Exec writes it

@@ -14,6 +14,7 @@
 #include "platform/x11/connect.h"
 #include "platform/x11/input_state.h"
 #include "platform/x11/reply.h"
+#include "platform/x11/window_owners.h"
 #include "platform/x11/window_watch.h"
 
 namespace deskhand::platform {

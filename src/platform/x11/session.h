@@ -20,6 +20,7 @@ namespace deskhand::platform {
 
 class Composition;
 class WindowWatch;
+class WindowOwners;
 struct InputState;
 
 /// One connection, its screen and what the server can do.
@@ -38,7 +39,8 @@ struct Link {
   bool has_cursor_images = false;        // XFixes 1
   bool has_shared_memory = false;        // MIT-SHM 1.2, which passes memory as a file descriptor
   std::shared_ptr<SharedMemory> memory;  // for pictures, made when first needed
-  std::unique_ptr<WindowWatch> window_watch;     // since windows were first to be left out
+  std::unique_ptr<WindowWatch> window_watch;     // since windows were first looked at
+  std::unique_ptr<WindowOwners> window_owners;   // since applications were
   std::unique_ptr<InputState> input;             // since the first event was posted
   std::unique_ptr<Composition> composition;      // since one was
   std::map<xcb_atom_t, std::string> atom_names;  // of monitors; they last as long as the server

@@ -118,6 +118,16 @@ TaskThread& CaptureThread() {
   return thread;
 }
 
+TaskThread& ApplicationThread() {
+  static TaskThread& thread = *new TaskThread("deskhand-apps");
+  return thread;
+}
+
+TaskThread& IndexThread() {
+  static TaskThread& thread = *new TaskThread("deskhand-index");
+  return thread;
+}
+
 TaskThread& EncoderThread() {
   static TaskThread& thread = *new TaskThread("deskhand-encode");
   return thread;

@@ -61,6 +61,12 @@ TaskThread& DisplayThread();
 /// Takes and encodes screenshots, one after the other.
 TaskThread& CaptureThread();
 
+/// Opens applications, and attends to what is watched for the JavaScript threads.
+TaskThread& ApplicationThread();
+
+/// Reads what is installed.
+TaskThread& IndexThread();
+
 /// Encodes parts of a screenshot beside the capture thread.
 TaskThread& EncoderThread();
 

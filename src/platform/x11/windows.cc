@@ -1,0 +1,82 @@
+#include "platform/windows.h"
+
+#include "platform/x11/call_snapshot.h"
+#include "platform/x11/desktop_look.h"
+#include "platform/x11/monitors.h"
+
+namespace deskhand::platform {
+
+struct WindowList {
+  struct Entry {
+    ScreenWindow window;
+    RunningApplicationRef owner;
+  };
+  std::vector<Entry> entries;
+  PixelRect primary;  // of the monitors: where the global space begins
+};
+
+namespace {
+
+/// None when the server does not say. What the rest of the call asks about monitors has the same
+/// answer.
+std::optional<PixelRect> PrimaryMonitor(const Session& session) {
+  CallSnapshot* const snapshot = CurrentCallSnapshot();
+  std::optional<std::vector<Monitor>> monitors;
+  if (snapshot) monitors = snapshot->monitors;
+  if (!monitors) monitors = QueryMonitors(session);
+  if (!monitors || monitors->empty()) return std::nullopt;
+  const PixelRect primary = monitors->front().bounds;
+  if (snapshot) snapshot->monitors = std::move(monitors);
+  return primary;
+}
+
+}  // namespace
+
+WindowListRef OnScreenWindows() {
+  const Session session(QueryChannel(), Clock::now() + kLongestQuestion);
+  if (!session) return nullptr;
+  const auto primary = PrimaryMonitor(session);
+  if (!primary) return nullptr;
+  auto look = LookAtDesktop(session);
+  if (!look) return nullptr;
+  auto list = std::make_shared<WindowList>();
+  list->primary = *primary;
+  for (size_t index = 0; index < look->windows.size(); ++index) {
+    const ScreenWindow& window = look->windows[index];
+    if (!window.is_shown || window.is_desktop) continue;
+    list->entries.push_back({window, look->owners[index]});
+  }
+  return list;
+}
+
+size_t CountOf(const WindowList& windows) { return windows.entries.size(); }
+
+std::optional<int32_t> OwnerProcessId(const WindowList& windows, size_t index) {
+  return windows.entries[index].owner->process_id;
+}
+
+std::optional<int32_t> LayerOf(const WindowList& windows, size_t index) {
+  return windows.entries[index].window.layer;
+}
+
+std::optional<float> AlphaOf(const WindowList& windows, size_t index) {
+  return windows.entries[index].window.alpha;
+}
+
+std::optional<std::string> OwnerName(const WindowList& windows, size_t index) {
+  return windows.entries[index].owner->name;
+}
+
+std::optional<Rect> BoundsOf(const WindowList& windows, size_t index) {
+  const PixelRect& bounds = windows.entries[index].window.bounds;
+  return Rect{.x = double(bounds.x - windows.primary.x),
+              .y = double(bounds.y - windows.primary.y),
+              .width = double(bounds.width),
+              .height = double(bounds.height)};
+}
+
+RunningApplicationRef OwnerOf(const WindowList& windows, size_t index) {
+  return windows.entries[index].owner;
+}
+
+}  // namespace deskhand::platform
