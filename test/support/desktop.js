@@ -48,18 +48,21 @@ async function startCompositor(t, env, painter, name) {
 /**
  * A private desktop: a server, a painter on it and a fresh host of the addon; all of it is gone
  * when the test ends. `manager`: with a window manager. `compositor`: with that compositing
- * manager. Other options are those of the server.
+ * manager. `variables`: more of the hosts' environment. Other options are those of the server.
  */
-async function startDesktop(t, { manager = false, compositor, ...options } = {}) {
+async function startDesktop(t, { manager = false, compositor, variables, ...options } = {}) {
   const server = await startXServer(t, options);
   const { env } = server;
   const painter = startPainter(t, env);
   if (manager) await startWindowManager(t, env, painter);
   if (compositor) await startCompositor(t, env, painter, compositor);
-  const host = startHost(t, env);
+  const hostEnv = { ...env, ...variables };
+  const host = startHost(t, hostEnv);
   return {
     ...{ server, env, painter, host },
     addon: host.addon,
+    /** One more host of the addon; `more` of its environment. */
+    startHost: (more) => startHost(t, { ...hostEnv, ...more }),
     /** One more process with windows of its own. */
     startPainter: () => startPainter(t, env),
     startCompositor: (name) => startCompositor(t, env, painter, name),

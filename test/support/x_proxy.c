@@ -62,12 +62,14 @@ struct Connection {
   size_t header_size;  // how much of it has come
   uint64_t to_pass;    // what is left of the packet and goes to the client
   uint64_t to_drop;    // what is then left of it
+  bool has_answer;     // since the client sent something
   enum Fault ending;   // kCut or kStall: what happens when to_pass is 0
 };
 
 static struct Connection connections[kMostConnections];
 static size_t connection_count;
 static uint64_t answers;
+static uint64_t turns;  // how often a client sent something after an answer
 static struct Plan {
   enum Fault fault;
   uint64_t answer;
@@ -145,6 +147,7 @@ static bool SendError(const struct Connection* connection, struct Chunk* chunk) 
 // A whole header has come: decides what becomes of its packet. False when the connection ends.
 static bool Begin(struct Connection* connection, struct Chunk* chunk) {
   const bool is_answer = !connection->is_open || connection->header[0] <= 1;
+  connection->has_answer |= is_answer;
   const bool is_spoiled = is_answer && ++answers == plan.answer;
   const enum Fault fault = is_spoiled ? plan.fault : kNone;
   const uint64_t size = PacketSize(connection);
@@ -208,6 +211,8 @@ static bool FromServer(struct Connection* connection) {
 static bool FromClient(struct Connection* connection) {
   static struct Chunk chunk;
   if (!Receive(connection->client, &chunk)) return false;
+  turns += connection->has_answer;
+  connection->has_answer = false;
   const bool is_well = Send(connection->server, chunk.bytes, chunk.size, &chunk);
   CloseFiles(&chunk);
   return is_well;
@@ -259,6 +264,7 @@ static bool Spoil(const char* arguments) {
   if (kind > kDelay) return false;
   plan = (struct Plan){kind, answer, value};
   answers = 0;
+  turns = 0;
   return true;
 }
 
@@ -277,7 +283,8 @@ static bool RunNextCommand(void) {
   if (hangs_up) HangUp(drops);
   const bool is_done = hangs_up || strcmp(line, "count\n") == 0 ||
                        (strncmp(line, "spoil ", 6) == 0 && Spoil(line + 6));
-  printf("%s %llu\n", is_done ? "ok" : "error", (unsigned long long)answers);
+  printf("%s %llu %llu\n", is_done ? "ok" : "error", (unsigned long long)answers,
+         (unsigned long long)turns);
   return true;
 }
 

@@ -15,13 +15,14 @@ async function startXProxy(t, server) {
   const number = highDisplayNumber();
   atEnd(t, () => fs.rmSync(`/tmp/.X11-unix/X${number}`, { force: true }));
   const ask = startLineProgram(t, program, [String(number), server.display.slice(1)]);
-  /** The number of answers since the last spoil(). */
-  const order = async (...words) => {
+  /** What there was since the last spoil(). */
+  const look = async (...words) => {
     const answer = await ask(...words);
-    const [, count] = /^ok (\d+)$/.exec(answer) ?? [];
-    if (!count) throw new Error(`the proxy cannot do "${words.join(' ')}": ${answer}`);
-    return Number(count);
+    const [, answers, turns] = /^ok (\d+) (\d+)$/.exec(answer) ?? [];
+    if (!answers) throw new Error(`the proxy cannot do "${words.join(' ')}": ${answer}`);
+    return { answers: Number(answers), turns: Number(turns) };
   };
+  const order = async (...words) => (await look(...words)).answers;
   await order('count'); // it listens
   const display = `:${number}`;
   return {
@@ -33,6 +34,8 @@ async function startXProxy(t, server) {
     /** Counts from here, and spoils nothing. */
     passOn: () => order('spoil', 0, 'none'),
     count: () => order('count'),
+    /** How often the client has sent something after an answer: one less than its round trips. */
+    turns: async () => (await look('count')).turns,
     /** Ends the connections that a fault has silenced. */
     hangUp: () => order('hangup'),
     /** Ends all connections. */
