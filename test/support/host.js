@@ -59,6 +59,7 @@ function startHost(t, env) {
     ),
     /** Sets variables in its process.env; undefined removes one. */
     setEnvironment: (variables) => order({ order: 'environment', variables }),
+    pid: child.pid,
     usage: () => usageOf(child.pid),
     /** Ends it without any chance to say so. */
     end: () => kill(child),

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <set>
 #include <system_error>
 #include <utility>
 
@@ -32,10 +33,17 @@ namespace {
 
 std::shared_ptr<const IndexedApplications> ReadIndex() {
   auto index = std::make_shared<IndexedApplications>();
-  for (const std::string& folder : ApplicationFolders()) {
+  const std::vector<std::string> folders = ApplicationFolders();
+  // One in an earlier folder can only say of the others that they are as good as gone.
+  std::set<std::string> deleted;
+  for (const std::string& folder : folders) {
     for (std::string& file : EntryFilesIn(folder, /*with_inner=*/true)) {
       auto entry = EntryFiles::Get().Read(file);
-      if (entry) index->items.push_back({std::move(file), std::move(entry->name)});
+      if (!entry) continue;
+      const std::string id = EntryIdOf(file, folders);
+      if (entry->is_hidden) deleted.insert(id);
+      if (deleted.contains(id)) continue;
+      index->items.push_back({std::move(file), std::move(entry->name)});
     }
   }
   return index;
@@ -62,14 +70,16 @@ BundleRef BundleAt(const ApplicationLocation& location) {
 
 BundleRef BundleAtPath(const std::string& path) {
   auto entry = EntryFiles::Get().Read(path);
-  if (!entry) return nullptr;
+  // The user has deleted it, and it is there to say so.
+  if (!entry || entry->is_hidden) return nullptr;
   return std::make_shared<Bundle>(
       Bundle{.bundle_id = EntryIdOf(path, EntryFolders()), .entry = std::move(*entry)});
 }
 
 std::optional<std::string> BundleId(const Bundle& bundle) { return bundle.bundle_id; }
 
-bool IsBackgroundOnly(const Bundle& bundle) { return bundle.entry.is_hidden; }
+// An entry cannot say that; one that no menu shows is an agent.
+bool IsBackgroundOnly(const Bundle&) { return false; }
 
 bool IsAgent(const Bundle& bundle) { return !bundle.entry.is_shown; }
 
