@@ -34,6 +34,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/key_repeat.cc
     src/platform/x11/keyboard.cc
     src/platform/x11/keymap.cc
+    src/platform/x11/launched_processes.cc
     src/platform/x11/launching.cc
     src/platform/x11/leftovers.cc
     src/platform/x11/lent_keys.cc

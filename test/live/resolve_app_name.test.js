@@ -3,7 +3,10 @@
 // What the user calls an application, and which one it is.
 const assert = require('node:assert/strict');
 const { describe, test } = require('node:test');
+const { isDeepStrictEqual } = require('node:util');
 const { startApplications } = require('../support/applications.js');
+const { kill, start } = require('../support/processes.js');
+const { until } = require('../support/until.js');
 
 function window(name, x, y, more = {}) {
   return { x, y, width: 200, height: 150, colour: '#c00000', wmClass: `${name}/${name}`, ...more };
@@ -37,6 +40,21 @@ describe('resolveAppName', () => {
     assert.equal((await addon.resolveAppName('POPUP')).bundleId, 'Popup');
     await painter.destroy('one');
     assert.equal(await addon.resolveAppName('plain'), null);
+  });
+
+  test('one that was started from an entry is found without a window', async (t) => {
+    const { addon, folders, env } = await startApplications(t, { entries: ENTRIES });
+    const editor = { bundleId: 'org.test.Editor', displayName: 'Éditeur de TEXTE' };
+    const found = () => addon.resolveAppName('ÉDITEUR DE TEXTE');
+    assert.equal(await found(), null, 'it does not run');
+    const command = 'export GIO_LAUNCHED_DESKTOP_FILE_PID=$$; exec sleep 30';
+    const file = `${folders.user}/org.test.Editor.desktop`;
+    const program = start(t, 'sh', ['-c', command], {
+      env: { ...env, GIO_LAUNCHED_DESKTOP_FILE: file },
+    });
+    await until(async () => isDeepStrictEqual(await found(), editor), 'it is known to run');
+    await kill(program);
+    await until(async () => (await found()) === null, 'it is known to have ended');
   });
 
   test('one that does not run is found by its identifier, letter for letter', async (t) => {

@@ -1,8 +1,14 @@
 #include "platform/applications.h"
 
+#include <algorithm>
+#include <memory>
+#include <utility>
+
 #include <unistd.h>
 
+#include "platform/x11/application_directory.h"
 #include "platform/x11/desktop_look.h"
+#include "platform/x11/launched_processes.h"
 #include "platform/x11/opening.h"
 #include "platform/x11/window_requests.h"
 
@@ -17,6 +23,24 @@ void Send(Request request, const RunningApplication& application) {
   if (session) request(session, application.windows);
 }
 
+/// Adds those that were started from desktop entries and have no windows, in the same order.
+std::vector<RunningApplicationRef> WithLaunched(std::vector<RunningApplicationRef> applications) {
+  const auto process_of = [](const RunningApplicationRef& application) {
+    return application->process_id;
+  };
+  const uint64_t generation = ApplicationDirectory::Get().Refresh();
+  for (LaunchedProcess& launched : LaunchedProcesses::Get().Running(generation)) {
+    const auto place = std::ranges::lower_bound(applications, launched.process_id, {}, process_of);
+    if (place != applications.end() && process_of(*place) == launched.process_id) continue;
+    applications.insert(place, std::make_shared<RunningApplication>(RunningApplication{
+                                   .bundle_id = std::move(launched.description.bundle_id),
+                                   .name = std::move(launched.description.name),
+                                   .process_id = launched.process_id,
+                                   .is_shown_in_menus = launched.description.is_shown}));
+  }
+  return applications;
+}
+
 }  // namespace
 
 std::vector<RunningApplicationRef> RunningApplications() {
@@ -24,7 +48,7 @@ std::vector<RunningApplicationRef> RunningApplications() {
   if (!session) return {};
   auto look = LookAtDesktop(session);
   if (!look) return {};
-  return std::move(look->applications);
+  return WithLaunched(std::move(look->applications));
 }
 
 RunningApplicationRef FrontmostApplication() {

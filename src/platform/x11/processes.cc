@@ -109,9 +109,7 @@ std::optional<ProcessFacts> ReadFacts(uint32_t process_id) {
   ProcessFacts facts;
   facts.program = ProgramOf(folder);
   if (facts.program.empty()) return std::nullopt;
-  if (const auto environment = File(folder + "/environ").Read(kLongestEnvironment)) {
-    facts.launched_entry = LaunchedEntry(*environment, process_id);
-  }
+  facts.launched_entry = ReadLaunchedEntry(process_id);
   const auto line = File(folder + "/cmdline").Read(kLongestArguments);
   bool is_first = true;
   ForEachPart(line.value_or(""), '\0', [&](std::string_view part) {
@@ -163,6 +161,11 @@ std::string LaunchedEntry(std::string_view environment, uint32_t process_id) {
   });
   if (process != std::to_string(process_id) || entry.size() > kLongestPath) return {};
   return std::string(entry);
+}
+
+std::string ReadLaunchedEntry(uint32_t process_id) {
+  const auto environment = File(FolderOf(process_id) + "/environ").Read(kLongestEnvironment);
+  return environment ? LaunchedEntry(*environment, process_id) : "";
 }
 
 std::string InterpreterOf(std::string_view text) {

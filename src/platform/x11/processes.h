@@ -34,6 +34,9 @@ std::optional<ProcessStamp> ReadStamp(std::string_view stat);
 /// process itself.
 std::string LaunchedEntry(std::string_view environment, uint32_t process_id);
 
+/// The same of a running process; empty, too, when it is another user's.
+std::string ReadLaunchedEntry(uint32_t process_id);
+
 /// The interpreter, without its folder, that the first line of a script names, also by way of
 /// `env`; empty when it is no script.
 std::string InterpreterOf(std::string_view text);
