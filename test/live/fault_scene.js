@@ -8,6 +8,7 @@ const { startInputDesktop } = require('../support/input_desktop.js');
 const { setMonitors } = require('../support/monitors.js');
 const { assertColour, decode } = require('../support/picture.js');
 const { inputFunctions } = require('./fault_input.js');
+const { windowFunctions } = require('./fault_windows.js');
 
 const BACKDROP = '#2040c0';
 const OUTER = '#20a040';
@@ -183,6 +184,7 @@ const functions = [
   exclusionOf('Shown', assertRightMonitorWith(BLACK, OUTER)),
   exclusionOf('Outer', assertRightMonitorWith(BACKDROP, BACKDROP)),
   ...inputFunctions,
+  ...windowFunctions,
 ];
 
 /** What a call came to: { value }, or { failure }, its message. */

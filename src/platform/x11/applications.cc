@@ -44,7 +44,7 @@ std::vector<RunningApplicationRef> WithLaunched(std::vector<RunningApplicationRe
 }  // namespace
 
 std::vector<RunningApplicationRef> RunningApplications() {
-  const Session session(QueryChannel(), Clock::now() + kLongestQuestion);
+  Session session(QueryChannel(), Clock::now() + kLongestQuestion);
   if (!session) return {};
   auto look = LookAtDesktop(session);
   if (!look) return {};
@@ -52,7 +52,7 @@ std::vector<RunningApplicationRef> RunningApplications() {
 }
 
 RunningApplicationRef FrontmostApplication() {
-  const Session session(QueryChannel(), Clock::now() + kLongestQuestion);
+  Session session(QueryChannel(), Clock::now() + kLongestQuestion);
   if (!session) return nullptr;
   const auto look = LookAtDesktop(session);
   return look ? ActiveApplication(session, *look) : nullptr;

@@ -34,11 +34,15 @@ void Attend(const std::weak_ptr<Link>& watched) {
   });
 }
 
-bool StartWatch(const Session& session) {
+bool StartWatch(Session& session) {
   Link& link = session.link();
   if (link.window_watch) return true;
   link.window_watch = WindowWatch::Start(session, Detail::kRoles);
-  if (!link.window_watch) return false;
+  if (!link.window_watch) {
+    // XCB remembers that a question about an extension went wrong.
+    session.Abandon();
+    return false;
+  }
   link.window_owners = std::make_unique<WindowOwners>();
   Attend(QueryChannel().link);
   return true;
@@ -107,7 +111,7 @@ bool IsHiddenWholly(const RunningApplication& application) {
                      [](const ScreenWindow& window) { return window.is_hidden; });
 }
 
-std::optional<DesktopLook> LookAtDesktop(const Session& session) {
+std::optional<DesktopLook> LookAtDesktop(Session& session) {
   if (!StartWatch(session)) return std::nullopt;
   Link& link = session.link();
   const auto tree = QueryWindows(session);

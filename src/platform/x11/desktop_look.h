@@ -37,7 +37,7 @@ struct DesktopLook {
 
 /// None when the server does not answer. Takes one answer's time, and more only for windows that
 /// are new or changed.
-std::optional<DesktopLook> LookAtDesktop(const Session& session);
+std::optional<DesktopLook> LookAtDesktop(Session& session);
 
 /// The application that the active window belongs to, or, without a window manager, the window with
 /// the keyboard focus; null when there is none.

@@ -64,7 +64,7 @@ class Opening : public std::enable_shared_from_this<Opening> {
   }
 
   Progress Look(Deadline now) {
-    const Session session(QueryChannel(), now + kLongestQuestion);
+    Session session(QueryChannel(), now + kLongestQuestion);
     if (!session) return Fail(session.error());
     const auto look = LookAtDesktop(session);
     if (!look) return Fail(session.error());

@@ -33,7 +33,7 @@ std::optional<PixelRect> PrimaryMonitor(const Session& session) {
 }  // namespace
 
 WindowListRef OnScreenWindows() {
-  const Session session(QueryChannel(), Clock::now() + kLongestQuestion);
+  Session session(QueryChannel(), Clock::now() + kLongestQuestion);
   if (!session) return nullptr;
   const auto primary = PrimaryMonitor(session);
   if (!primary) return nullptr;
