@@ -17,24 +17,26 @@ function window(name, x, y, more = {}) {
   return { x, y, width: 200, height: 150, colour: '#c00000', wmClass: `${name}/${name}`, ...more };
 }
 
-/** What a running process says of itself under /proc. */
-function processFacts(pid) {
-  const read = (name) => fs.readFileSync(`/proc/${pid}/${name}`, 'latin1');
-  const stat = read('stat');
+/** What the kernel says of a process, also of one that has ended and that nobody has asked about. */
+function statusOf(pid) {
+  const stat = fs.readFileSync(`/proc/${pid}/stat`, 'latin1');
   const [state, parent, , session] = stat.slice(stat.lastIndexOf(')') + 2).split(' ');
+  return { state, parent: Number(parent), session: Number(session) };
+}
+
+/** The files and the environment of a running process, and the session that it is in. */
+function processFacts(pid) {
   const files = {};
   for (const name of fs.readdirSync(`/proc/${pid}/fd`)) {
     try {
       files[name] = fs.readlinkSync(`/proc/${pid}/fd/${name}`);
     } catch {
-      // closed meanwhile
+      // it was closed meanwhile
     }
   }
-  const pairs = read('environ').split('\0').map((text) => text.split(/=(.*)/s));
-  return {
-    ...{ state, parent: Number(parent), session: Number(session) },
-    ...{ files, variables: Object.fromEntries(pairs) },
-  };
+  const environment = fs.readFileSync(`/proc/${pid}/environ`, 'latin1');
+  const pairs = environment.split('\0').map((text) => text.split(/=(.*)/s));
+  return { session: statusOf(pid).session, files, variables: Object.fromEntries(pairs) };
 }
 
 /** The zombies among the children of a process. */
@@ -42,10 +44,10 @@ function zombiesOf(parent) {
   return fs.readdirSync('/proc').filter((pid) => {
     if (!/^\d+$/.test(pid)) return false;
     try {
-      const facts = processFacts(pid);
-      return facts.parent === parent && facts.state === 'Z';
+      const status = statusOf(pid);
+      return status.parent === parent && status.state === 'Z';
     } catch {
-      return false; // gone meanwhile, or somebody else's
+      return false; // gone meanwhile
     }
   });
 }
