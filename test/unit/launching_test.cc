@@ -84,11 +84,11 @@ TEST(LaunchEntry, AnnouncesWhatTheProgramFindsAsItsStartup) {
 }
 
 TEST(LaunchEntry, DoesNotPassOnWhatThisProcessIgnores) {
-  const auto before = std::signal(SIGPIPE, SIG_IGN);
+  const auto before = std::signal(SIGHUP, SIG_IGN);
   const Report report("grep SigIgn /proc/$$/status");
   ASSERT_EQ(LaunchEntry(report.entry(), ":1", 0, DoNotAnnounce).error, std::nullopt);
   EXPECT_EQ(report.Await(), "SigIgn:\t0000000000000000\n");
-  std::signal(SIGPIPE, before);
+  std::signal(SIGHUP, before);
 }
 
 TEST(LaunchEntry, SaysWhyItCannot) {

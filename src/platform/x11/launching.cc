@@ -1,9 +1,9 @@
 #include "platform/x11/launching.h"
 
-#include <csignal>
 #include <memory>
 
 #include <gio/gdesktopappinfo.h>
+#include <signal.h>
 #include <unistd.h>
 
 namespace deskhand::platform {
@@ -23,7 +23,7 @@ void PrepareChild(gpointer) {
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
-  for (const int signal : {SIGPIPE, SIGHUP, SIGINT, SIGTERM, SIGCHLD}) ::signal(signal, SIG_DFL);
+  for (int number = 1; number < NSIG; ++number) signal(number, SIG_DFL);
 }
 
 void NoteProcess(GDesktopAppInfo*, GPid process, gpointer result) {
