@@ -13,6 +13,11 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/bundles.cc
     src/platform/x11/call_scope.cc
     src/platform/x11/canvas.cc
+    src/platform/x11/clipboard.cc
+    src/platform/x11/clipboard_atoms.cc
+    src/platform/x11/clipboard_owner.cc
+    src/platform/x11/clipboard_reader.cc
+    src/platform/x11/clipboard_thread.cc
     src/platform/x11/composition.cc
     src/platform/x11/connect.cc
     src/platform/x11/desktop_entries.cc
@@ -21,10 +26,12 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/displays.cc
     src/platform/x11/entry_files.cc
     src/platform/x11/event_barrier.cc
+    src/platform/x11/event_wait.cc
     src/platform/x11/exclusion.cc
     src/platform/x11/exclusion_plan.cc
     src/platform/x11/grab.cc
     src/platform/x11/held_input.cc
+    src/platform/x11/incremental_sends.cc
     src/platform/x11/input.cc
     src/platform/x11/input_device.cc
     src/platform/x11/input_state.cc
@@ -44,6 +51,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/monitors.cc
     src/platform/x11/opening.cc
     src/platform/x11/pending_uses.cc
+    src/platform/x11/permissions.cc
     src/platform/x11/physical_keys.cc
     src/platform/x11/pixel_format.cc
     src/platform/x11/pixel_rect.cc
@@ -62,6 +70,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/startup_notification.cc
     src/platform/x11/subtree_query.cc
     src/platform/x11/task_thread.cc
+    src/platform/x11/text_encodings.cc
     src/platform/x11/text_typing.cc
     src/platform/x11/typing_turn.cc
     src/platform/x11/window_owners.cc

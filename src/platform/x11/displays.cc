@@ -43,7 +43,8 @@ std::vector<Monitor> MonitorsNow() {
   return *snapshot->monitors;
 }
 
-bool Contains(const PixelRect& rect, int32_t x, int32_t y) {
+/// The right and bottom edges belong to the neighbours.
+bool Contains(const PixelRect& rect, double x, double y) {
   return x >= rect.x && x < rect.x + rect.width && y >= rect.y && y < rect.y + rect.height;
 }
 
@@ -76,6 +77,19 @@ std::optional<Screen> MainScreen() {
 double PrimaryScreenHeight() {
   const std::vector<Monitor> monitors = MonitorsNow();
   return monitors.empty() ? 0 : monitors.front().bounds.height;
+}
+
+std::optional<uint32_t> DisplayAt(Point point) {
+  const std::vector<Monitor> monitors = MonitorsNow();
+  if (monitors.empty()) return std::nullopt;
+  const PixelRect& primary = monitors.front().bounds;
+  const double x = point.x + primary.x;
+  const double y = point.y + primary.y;
+  const auto holder = std::find_if(monitors.begin(), monitors.end(), [&](const Monitor& monitor) {
+    return Contains(monitor.bounds, x, y);
+  });
+  if (holder == monitors.end()) return std::nullopt;
+  return holder->id;
 }
 
 uint32_t MainDisplayId() {

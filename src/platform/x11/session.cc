@@ -10,6 +10,8 @@
 #include <xcb/shm.h>
 #include <xcb/xfixes.h>
 
+#include "platform/x11/clipboard_atoms.h"
+#include "platform/x11/clipboard_owner.h"
 #include "platform/x11/composition.h"
 #include "platform/x11/connect.h"
 #include "platform/x11/input_state.h"
@@ -74,7 +76,8 @@ std::mutex& Registry() {
 /// and pictures are about the same screen; else what the environment says now.
 std::string CurrentDisplay() {
   const std::lock_guard lock(Registry());
-  for (const Channel* channel : {&QueryChannel(), &CaptureChannel(), &InputChannel()}) {
+  for (const Channel* channel : {&QueryChannel(), &CaptureChannel(), &InputChannel(),
+                                 &ClipboardChannel(), &ClipboardReadChannel()}) {
     if (channel->link && !IsHungUp(channel->link->connection)) return channel->link->display;
   }
   // Once for each connection, when XCB itself reads the environment, too.
@@ -112,12 +115,14 @@ Link::Link(xcb_connection_t* opened, int preferred_screen, std::string display_n
 
 Link::~Link() { xcb_disconnect(connection); }
 
-void TakeEvents(Link& link) {
-  for (;;) {
+bool TakeEvents(Link& link) {
+  for (bool has_taken = false;; has_taken = true) {
     const Reply<xcb_generic_event_t> event(xcb_poll_for_event(link.connection));
-    if (!event) return;
+    if (!event) return has_taken;
     if (event->response_type == 0) {
       ++link.error_count;
+    } else if (link.clipboard) {
+      link.clipboard->Handle(*event);
     } else if ((event->response_type & kSentByClient) == 0) {
       if (link.window_watch) link.window_watch->Handle(*event);
       if (link.composition) link.composition->Handle(*event);
@@ -145,6 +150,29 @@ Channel& InputChannel() {
   return channel;
 }
 
+Channel& ClipboardChannel() {
+  static Channel& channel = *new Channel;
+  return channel;
+}
+
+Channel& ClipboardReadChannel() {
+  static Channel& channel = *new Channel;
+  return channel;
+}
+
+bool ServeChannel(Channel& channel, Deadline deadline) {
+  if (!channel.link) return false;
+  {
+    const SocketDeadline bound(channel.link->connection, deadline);
+    // XCB takes in events while it sends, and nobody would look for them.
+    do {
+      xcb_flush(channel.link->connection);
+    } while (TakeEvents(*channel.link));
+  }
+  if (IsHungUp(channel.link->connection)) Replace(channel, nullptr);
+  return channel.link != nullptr;
+}
+
 Session::Session(Channel& channel, Deadline deadline)
     : channel_(channel), has_turn_(TakeTurn(deadline)) {
   if (!has_turn_) {
@@ -152,9 +180,11 @@ Session::Session(Channel& channel, Deadline deadline)
     return;
   }
   if (channel_.link) {
+    // Events come in parts, too, and what is done with them may wait for the server.
+    const SocketDeadline bound(channel_.link->connection, deadline);
     TakeEvents(*channel_.link);
-    if (IsHungUp(channel_.link->connection)) Replace(channel_, nullptr);
   }
+  if (channel_.link && IsHungUp(channel_.link->connection)) Replace(channel_, nullptr);
   if (!channel_.link) OpenLink(deadline);
   if (!channel_.link) return;
   link_ = channel_.link;

@@ -18,9 +18,11 @@
 
 namespace deskhand::platform {
 
+class ClipboardOwner;
 class Composition;
 class WindowWatch;
 class WindowOwners;
+struct ClipboardAtoms;
 struct InputState;
 
 /// One connection, its screen and what the server can do.
@@ -39,17 +41,20 @@ struct Link {
   bool has_cursor_images = false;        // XFixes 1
   bool has_shared_memory = false;        // MIT-SHM 1.2, which passes memory as a file descriptor
   std::shared_ptr<SharedMemory> memory;  // for pictures, made when first needed
-  std::unique_ptr<WindowWatch> window_watch;     // since windows were first looked at
-  std::unique_ptr<WindowOwners> window_owners;   // since applications were
-  std::unique_ptr<InputState> input;             // since the first event was posted
-  std::unique_ptr<Composition> composition;      // since one was
+  std::unique_ptr<WindowWatch> window_watch;              // since windows were first looked at
+  std::unique_ptr<WindowOwners> window_owners;            // since applications were
+  std::unique_ptr<InputState> input;                      // since the first event was posted
+  std::unique_ptr<Composition> composition;               // since one was
+  std::unique_ptr<ClipboardOwner> clipboard;              // since a text was put there
+  std::unique_ptr<const ClipboardAtoms> clipboard_atoms;  // since a text was read from there
   std::map<xcb_atom_t, std::string> atom_names;  // of monitors; they last as long as the server
   uint64_t error_count = 0;                      // errors of requests that have no reply
 };
 
 /// Takes the events that have come, and counts errors. Those of no use are dropped: every client
-/// gets some unasked (keyboard mappings, for one), and they would pile up.
-void TakeEvents(Link& link);
+/// gets some unasked (keyboard mappings, for one), and they would pile up. False when there were
+/// none.
+bool TakeEvents(Link& link);
 
 /// The place of one long-lived connection. Sessions on a channel take turns.
 struct Channel {
@@ -67,6 +72,17 @@ Channel& CaptureChannel();
 
 /// For input: one call's events at a time.
 Channel& InputChannel();
+
+/// For the text that this process has put on the clipboard; used on the clipboard's thread only.
+Channel& ClipboardChannel();
+
+/// For reading the texts of others, which they may take their time to give.
+Channel& ClipboardReadChannel();
+
+/// Takes what has come on a channel that only the calling thread uses, and sends what that asks
+/// for, until `deadline`, which breaks the connection. A broken one is given up. False when there
+/// is no connection, then.
+bool ServeChannel(Channel& channel, Deadline deadline);
 
 class Session {
  public:
