@@ -121,11 +121,14 @@ describe('a text', () => {
     }
   });
 
-  test('is there after the worker thread that wrote it has ended', async (t) => {
+  test('is there after the worker thread that wrote it has ended, and programs that are started \
+inherit nothing of it', async (t) => {
     const { env } = await startXServer(t);
     const { code, errors, messages } = await runScript(t, script('clipboard_worker.js'), { env });
     assert.equal(code, 0, errors);
-    assert.deepEqual(messages, [{ here: 'from a worker', there: 'from a worker' }]);
+    const [{ here, there, before, after }] = messages;
+    assert.deepEqual({ here, there }, { here: 'from a worker', there: 'from a worker' });
+    assert.deepEqual(after, before);
   });
 
   test('takes the place of another in one step', async (t) => {

@@ -40,15 +40,20 @@ static void Keep(const xcb_get_property_reply_t* piece) {
   taken.size += size;
 }
 
-// Takes the next piece. False when that was the end, or none came.
-static bool TakePiece(void) {
+static bool AwaitProperty(void) {
   for (;;) {
     xcb_property_notify_event_t* event = (void*)AwaitEvent(XCB_PROPERTY_NOTIFY);
     if (!event) return false;
     const bool is_piece = event->window == taker_window && event->atom == names.transfer &&
                           event->state == XCB_PROPERTY_NEW_VALUE;
     free(event);
-    if (!is_piece) continue;
+    if (is_piece) return true;
+  }
+}
+
+// Takes the next piece. False when that was the end, or none came.
+static bool TakePiece(void) {
+  for (;;) {
     xcb_get_property_reply_t* piece = Take(names.transfer);
     if (!piece) return false;
     const bool is_there = piece->type != XCB_ATOM_NONE;
@@ -56,6 +61,7 @@ static bool TakePiece(void) {
     if (is_there) Keep(piece);
     free(piece);
     if (is_there) return !is_end;
+    if (!AwaitProperty()) return false;
   }
 }
 
