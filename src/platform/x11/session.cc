@@ -180,12 +180,16 @@ Session::Session(Channel& channel, Deadline deadline)
     return;
   }
   if (channel_.link) {
+    link_ = channel_.link;
     // Events come in parts, too, and what is done with them may wait for the server.
-    const SocketDeadline bound(channel_.link->connection, deadline);
-    TakeEvents(*channel_.link);
+    bound_.emplace(link_->connection, deadline);
+    TakeEvents(*link_);
+    if (!IsHungUp(link_->connection)) return;
+    bound_.reset();
+    link_ = nullptr;
+    Replace(channel_, nullptr);
   }
-  if (channel_.link && IsHungUp(channel_.link->connection)) Replace(channel_, nullptr);
-  if (!channel_.link) OpenLink(deadline);
+  OpenLink(deadline);
   if (!channel_.link) return;
   link_ = channel_.link;
   bound_.emplace(link_->connection, deadline);
