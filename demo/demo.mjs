@@ -1,6 +1,7 @@
 // The main job: list the displays, take a screenshot of one, of a region, and without one application,
-// and show it all on a page. Without a display this happens on a private desktop that is gone
-// afterwards; there, the demo also types, drags and scrolls.
+// list the windows, and show it all on a page. Without a display this happens on a private desktop
+// that is gone afterwards; there, the demo also types, drags, scrolls, copies and pastes, and opens,
+// hides and shows a program.
 // Usage: demo.mjs [BUNDLE-IDENTIFIER of the application to leave out]
 import { mkdirSync, writeFileSync } from 'node:fs';
 import { createRequire } from 'node:module';
@@ -9,6 +10,7 @@ import { fileURLToPath, pathToFileURL } from 'node:url';
 
 import { startDesktop, startTerminalFormAndBrowser, until } from './desktop.mjs';
 import { renderReport } from './report.mjs';
+import { shareText, steer } from './steering.mjs';
 import { act, startWorkbench } from './workbench.mjs';
 
 const deskhand = createRequire(import.meta.url)('..');
@@ -87,6 +89,27 @@ async function showActing(workbench) {
   return { steps, ...save('acted.jpg', picture) };
 }
 
+/** The windows, and the picture of the display that they are drawn over. */
+async function showWindows() {
+  await untilPainted();
+  const windows = deskhand.getWindowList();
+  console.table(windows);
+  const picture = await timed(() => deskhand.captureDisplay([], 0.8));
+  return { windows, ...save('windows.jpg', picture) };
+}
+
+/** Opens, hides and shows a program, with pictures of it. */
+async function showSteering(name) {
+  const pictures = {};
+  const steps = await steer(deskhand, name, async (what) => {
+    await untilPainted();
+    pictures[what] = save(`${what}.jpg`, await timed(() => deskhand.captureDisplay([], 0.8)));
+  });
+  return { steps, ...pictures };
+}
+
+const PROGRAM = 'UXTerm'; // by the name that its user sees
+
 const hasDisplay = process.platform !== 'linux' || Boolean(process.env.DISPLAY);
 console.log(
   hasDisplay
@@ -104,7 +127,10 @@ try {
   const page = path.join(out, 'index.html');
   const seen = await showMainJob(leftOut);
   const acted = workbench && (await showActing(workbench));
-  writeFileSync(page, renderReport({ ...seen, acted }));
+  const shared = workbench && (await shareText(deskhand, workbench));
+  const steered = workbench && (await showSteering(PROGRAM));
+  const listed = await showWindows();
+  writeFileSync(page, renderReport({ ...seen, acted, shared, steered, listed }));
   console.log(`The pictures, with sizes and times: ${pathToFileURL(page)}`);
 } finally {
   await desktop?.stop();
