@@ -52,6 +52,7 @@ ${table(steered.steps)}
 <div class="pair">
 ${figure('Opened', steered.opened)}
 ${figure('Hidden', steered.hidden)}
+${figure('Shown again', steered.shown)}
 </div>`;
 }
 
@@ -75,7 +76,8 @@ ${own.map(outline).join('\n')}
  * `displays` as listDisplays gives them; pictures with name, size, bytes and milliseconds; `without`,
  * if any, is one that leaves out the application `leftOut`; `acted`, if any, one after the `steps`;
  * `listed` is one with its `windows` as getWindowList gives them. `shared`, if any, are the steps with
- * the clipboard; `steered`, if any, has steps and pictures of a program that is `opened` and `hidden`.
+ * the clipboard; `steered`, if any, has steps and pictures of a program that is `opened`, `hidden`, and
+ * `shown` again.
  */
 export function renderReport({ displays, display, region, firstMilliseconds, ...rest }) {
   const { without, acted, shared, steered, listed } = rest;
@@ -89,7 +91,7 @@ table { border-collapse: collapse; }
 th, td { border: 1px solid #ccc; padding: 0.2em 0.6em; text-align: left; }
 figure { margin: 2em 0; }
 img { max-width: 100%; height: auto; border: 1px solid #ccc; }
-.pair { display: flex; gap: 1em; }
+.pair { display: flex; gap: 1em; margin-top: 1em; }
 .pair figure { flex: 1; margin: 0; }
 .windows { max-width: 100%; height: auto; border: 1px solid #ccc; }
 .windows rect { fill: none; stroke: #e02080; stroke-width: 4; }

@@ -13,7 +13,8 @@ function startSteps() {
     const result = await perform();
     const milliseconds = performance.now() - start;
     await until(what, 20, () => isSo(result));
-    done.push({ step: what, result: JSON.stringify(result) ?? '', milliseconds: milliseconds.toFixed(1) });
+    const told = JSON.stringify(result) ?? '';
+    done.push({ step: what, result: told, milliseconds: milliseconds.toFixed(1) });
     return result;
   };
   return { done, step };
@@ -33,6 +34,7 @@ export async function shareText(deskhand, workbench) {
   await step('readClipboard()', () => deskhand.readClipboard(), (text) => text === TEXT);
   await step("keyPress('ctrl+v') pastes it", () => deskhand.keyPress('ctrl+v'));
   await workbench.becomes('the page has it', ({ text }) => text === TEXT);
+  deskhand.keyPress('ctrl+a'); // no caret blinks in pictures of a selection
   console.table(done);
   return done;
 }
@@ -53,6 +55,7 @@ export async function steer(deskhand, name, look) {
   await step(`hideApps(['${bundleId}'])`, () => deskhand.hideApps([bundleId]), () => !isListed());
   await look('hidden');
   await step(`unhideApps(['${bundleId}'])`, () => deskhand.unhideApps([bundleId]), isListed);
+  await look('shown');
   const { x, y, w, h } = deskhand.getWindowList().find((window) => window.bundleId === bundleId);
   const middle = [Math.round(x + w / 2), Math.round(y + h / 2)];
   await step(`appUnderPoint(${middle})`, () => deskhand.appUnderPoint(...middle), Boolean);

@@ -20,12 +20,14 @@ const GONE_MS = 500;
 const EXIT_MS = 2500; // of which the process itself takes the smaller part
 
 const LONG = 'k'.repeat(10_000_000);
+const MOST_BYTES = 600e6; // 128 MiB, with room for what a growing text takes
 const LARGEST = 64 * 1024 * 1024;
 
 async function startScene(t) {
   const server = await startXServer(t);
   const { env } = server;
-  return { env, server, addon: startHost(t, env).addon, peer: startClipboardPeer(t, env) };
+  const host = startHost(t, env);
+  return { env, server, host, addon: host.addon, peer: startClipboardPeer(t, env) };
 }
 
 /** What `action` resolves with, so long as it takes no longer. */
@@ -87,9 +89,11 @@ describe('a program that has the clipboard', { concurrency: 4 }, () => {
   });
 
   test('and never comes to an end is left after 128 MiB', async (t) => {
-    const { addon, peer } = await startScene(t);
+    const { host, addon, peer } = await startScene(t);
     await peer.halfway(8 * 1024 * 1024);
     assert.equal(await addon.readClipboard(), null);
+    const peak = host.usage().peakBytes;
+    assert.ok(peak < MOST_BYTES, `${Math.round(peak / 1e6)} MB`);
   });
 });
 
