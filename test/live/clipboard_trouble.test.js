@@ -14,10 +14,10 @@ const { startXServer } = require('../support/x_server.js');
 
 const run = promisify(execFile);
 
-const READ_MS = 1300; // one second, and what the processes take to tell each other
-const WRITE_MS = 2500;
+const READ_MS = 1900; // one second, and what a busy machine adds
+const WRITE_MS = 3000;
 const GONE_MS = 500;
-const EXIT_MS = 2500; // of which the process itself takes the smaller part
+const EXIT_MS = 3000; // of which the process itself takes the smaller part
 
 const LONG = 'k'.repeat(10_000_000);
 const MOST_BYTES = 600e6; // 128 MiB, with room for what a growing text takes

@@ -1,5 +1,6 @@
 #include "platform/x11/clipboard_reader.h"
 
+#include <algorithm>
 #include <chrono>
 #include <string_view>
 #include <utility>
@@ -18,7 +19,12 @@ constexpr uint32_t kLongestText = 128 * 1024 * 1024;
 /// A program that does not answer is given up before the server is.
 constexpr std::chrono::milliseconds kServerPatience{50};
 
-constexpr std::chrono::nanoseconds kTimePerByte{200};
+/// Long texts come in many pieces, each of which waits for two programs on a machine that may be
+/// busy.
+constexpr std::chrono::microseconds kTimePerByte{1};
+
+/// However much has come by then.
+constexpr std::chrono::milliseconds kLongestSilence{950};
 
 /// Bytes as they were handed over, and what they are.
 struct Contents {
@@ -43,8 +49,10 @@ class Reading {
   std::optional<Contents> TakeProperty();
   std::optional<Contents> TakePieces();
   std::optional<std::string> Decode(const Contents& contents) const;
-  /// The next event until the deadline; null also when the owner is gone, and nothing is to come.
+  /// The next event, in time; null also when the owner is gone, and nothing is to come.
   EventPtr Next();
+  /// When to give up what is waited for from now on; the server is given up soon after.
+  Deadline EndOfWait() const;
   bool AwaitAnswer(xcb_atom_t target, bool* is_converted);
   bool AwaitPiece();
 
@@ -113,8 +121,14 @@ std::optional<Contents> Reading::ContentsAs(xcb_atom_t target) {
   return contents;
 }
 
+Deadline Reading::EndOfWait() const {
+  const Deadline end = std::min<Deadline>(deadline_, Clock::now() + kLongestSilence);
+  session_.SetDeadline(end + kServerPatience);
+  return end;
+}
+
 EventPtr Reading::Next() {
-  EventPtr event = AwaitEvent(connection_, deadline_);
+  EventPtr event = AwaitEvent(connection_, EndOfWait());
   if (event && event->response_type == XCB_DESTROY_NOTIFY) {
     const auto& end = reinterpret_cast<const xcb_destroy_notify_event_t&>(*event);
     if (end.window == owner_) event = nullptr;
@@ -138,13 +152,13 @@ bool Reading::AwaitAnswer(xcb_atom_t target, bool* is_converted) {
 
 /// Takes what is in the property, and deletes it, which asks for the next piece.
 std::optional<Contents> Reading::TakeProperty() {
+  EndOfWait();
   const auto reply = Await(connection_, xcb_get_property_reply,
                            xcb_get_property(connection_, true, window_, atoms_.transfer,
                                             XCB_GET_PROPERTY_TYPE_ANY, 0, kLongestText / 4));
   if (!reply || reply->bytes_after != 0) return std::nullopt;
   Contents contents{reply->type, ReadText(*reply)};
   deadline_ += kTimePerByte * contents.bytes.size();
-  session_.SetDeadline(deadline_ + kServerPatience);
   return contents;
 }
 
