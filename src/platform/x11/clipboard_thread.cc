@@ -26,6 +26,9 @@ namespace {
 
 // A server that takes in nothing for so long is given up, and the text with it.
 constexpr std::chrono::seconds kLongestTurn{2};
+// A task gives up before its session does, which would break the connection, and lose the text that
+// is there.
+constexpr std::chrono::milliseconds kServerPatience{50};
 // A clipboard manager that is slower than that is not waited for when the process ends.
 constexpr std::chrono::seconds kLongestHandover{1};
 
@@ -123,11 +126,13 @@ ClipboardOwner* Owner() {
 }
 
 bool Take(const SharedText& text, Deadline deadline) {
+  const Deadline end_of_wait = deadline - kServerPatience;
+  if (Clock::now() > end_of_wait) return false;  // the task before it has used up the time
   const Session session(ClipboardChannel(), deadline);
   if (!session) return false;
   auto& owner = session.link().clipboard;
   if (!owner) owner = ClipboardOwner::Start(session);
-  return owner && owner->Take(text, deadline);
+  return owner && owner->Take(text, end_of_wait);
 }
 
 /// Runs on the thread that ends the process, while all others go on.
