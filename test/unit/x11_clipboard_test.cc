@@ -1,7 +1,5 @@
 // The clipboard from many threads at once, without Node: what the thread sanitizer looks at. Each
 // test has an X server of its own, which every one of them meets anew.
-#include "platform/clipboard.h"
-
 #include <chrono>
 #include <cstdlib>
 #include <functional>
@@ -14,6 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "platform/clipboard.h"
 #include "platform/x11/clipboard_reader.h"
 #include "platform/x11/task_thread.h"
 #include "unit/private_xvfb.h"
@@ -42,7 +41,7 @@ void RunOnThreads(int count, const std::function<void(int)>& work) {
   for (std::thread& thread : threads) thread.join();
 }
 
-TEST(Clipboard, GivesWhatWasWrittenToThisProcessAndToOthers) {
+TEST(X11Clipboard, GivesWhatWasWrittenToThisProcessAndToOthers) {
   const PrivateXvfb server;
   ASSERT_TRUE(server.is_running());
   EXPECT_EQ(ClipboardText(), std::nullopt);
@@ -53,7 +52,7 @@ TEST(Clipboard, GivesWhatWasWrittenToThisProcessAndToOthers) {
   }
 }
 
-TEST(Clipboard, IsAlwaysOneOfTheTextsThatManyThreadsWrite) {
+TEST(X11Clipboard, IsAlwaysOneOfTheTextsThatManyThreadsWrite) {
   const PrivateXvfb server;
   ASSERT_TRUE(server.is_running());
   Write("thread 0");
@@ -70,7 +69,7 @@ TEST(Clipboard, IsAlwaysOneOfTheTextsThatManyThreadsWrite) {
   });
 }
 
-TEST(Clipboard, EndsWithItsServer) {
+TEST(X11Clipboard, EndsWithItsServer) {
   for (int round = 0; round < 5; ++round) {
     PrivateXvfb server;
     ASSERT_TRUE(server.is_running());
@@ -86,7 +85,7 @@ TEST(Clipboard, EndsWithItsServer) {
   }
 }
 
-TEST(Clipboard, OfAServerThatHangsIsNotWaitedForLong) {
+TEST(X11Clipboard, OfAServerThatHangsIsNotWaitedForLong) {
   const PrivateXvfb server;
   ASSERT_TRUE(server.is_running());
   Write("text");
@@ -113,7 +112,7 @@ Clock::duration TimeOfEndOfChild() {
   return Clock::now() - start;
 }
 
-TEST(Clipboard, IsNotTakenAwayByTheEndOfAForkedChild) {
+TEST(X11Clipboard, IsNotTakenAwayByTheEndOfAForkedChild) {
   const PrivateXvfb server;
   ASSERT_TRUE(server.is_running());
   EXPECT_EQ(ClipboardText(), std::nullopt);
