@@ -22,7 +22,7 @@ void PrepareChild(gpointer) {
   // Handlers end with exec; what is ignored or blocked would stay so.
   sigset_t none;
   sigemptyset(&none);
-  sigprocmask(SIG_SETMASK, &none, nullptr);
+  pthread_sigmask(SIG_SETMASK, &none, nullptr);
   for (int number = 1; number < NSIG; ++number) signal(number, SIG_DFL);
 }
 
