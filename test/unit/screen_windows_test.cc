@@ -8,6 +8,7 @@
 namespace deskhand::platform {
 namespace {
 
+constexpr uint32_t kManager = 1000;
 constexpr PixelRect kPlace{100, 50, 300, 200};
 
 /// A tree to which windows are added from the bottom to the top.
@@ -33,7 +34,7 @@ class Screen {
   WindowTree& tree() { return tree_; }
 
   std::vector<ScreenWindow> Find(bool has_manager = false) const {
-    return FindScreenWindows(tree_, has_manager);
+    return FindScreenWindows(tree_, has_manager ? kManager : 0);
   }
 
  private:
@@ -75,6 +76,13 @@ TEST(FindScreenWindows, LeavesOutWhatIsWithdrawnUnseenOrASinglePixel) {
   screen.Add(3);
   screen.top().bounds = {10, 10, 1, 1};
   EXPECT_TRUE(screen.Find().empty());
+}
+
+TEST(FindScreenWindows, LeavesOutFramesWithoutTheirWindows) {
+  Screen screen;
+  screen.Add(1, "").client = kManager;
+  EXPECT_TRUE(screen.Find(true).empty());
+  EXPECT_EQ(screen.Find(false).size(), 1u);
 }
 
 TEST(FindScreenWindows, KnowsMinimizedWindowsByTheirState) {

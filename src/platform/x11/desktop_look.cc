@@ -117,8 +117,8 @@ std::optional<DesktopLook> LookAtDesktop(Session& session) {
   const auto tree = QueryWindows(session);
   if (!tree) return std::nullopt;
   link.window_owners->Refresh(*tree);
-  const bool has_manager = link.window_watch->manager() != 0;
-  return Sorter(*tree, link.window_owners.get()).Sort(FindScreenWindows(*tree, has_manager));
+  const uint32_t manager = link.window_watch->manager();
+  return Sorter(*tree, link.window_owners.get()).Sort(FindScreenWindows(*tree, manager));
 }
 
 RunningApplicationRef ActiveApplication(const Session& session, const DesktopLook& look) {

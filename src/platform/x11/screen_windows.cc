@@ -87,14 +87,16 @@ int32_t LayerOf(const WindowRole& role) {
   return role.is_override_redirect ? kOverrideLayer : 0;
 }
 
-std::vector<ScreenWindow> FindScreenWindows(const WindowTree& tree, bool has_manager) {
+std::vector<ScreenWindow> FindScreenWindows(const WindowTree& tree, uint32_t manager) {
   const std::vector<size_t> speakers = FindSpeakers(tree);
   std::vector<ScreenWindow> windows;
   for (size_t index = 0; index < tree.tops.size(); ++index) {
     const TopWindow& top = tree.tops[index];
     if (speakers[index] == SIZE_MAX || !top.is_drawable) continue;
     if (top.bounds.width <= 1 && top.bounds.height <= 1) continue;
-    ScreenWindow window = Describe(top, tree.applications[speakers[index]], has_manager);
+    const ApplicationWindow& speaker = tree.applications[speakers[index]];
+    if (manager != 0 && speaker.client == manager) continue;
+    ScreenWindow window = Describe(top, speaker, /*has_manager=*/manager != 0);
     if (!window.is_shown && !window.is_hidden && !window.is_managed) continue;
     window.speaker = speakers[index];
     windows.push_back(window);

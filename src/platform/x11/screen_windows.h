@@ -35,9 +35,10 @@ struct ScreenWindow {
 int32_t LayerOf(const WindowRole& role);
 
 /// Those of `tree`, bottom to top. Left out are withdrawn ones, those for input only, and those of
-/// a single pixel, which programs keep for other purposes. `has_manager`: a window manager runs
-/// that tells which windows are minimized.
-std::vector<ScreenWindow> FindScreenWindows(const WindowTree& tree, bool has_manager);
+/// a single pixel, which programs keep for other purposes. `manager`: the connection of a
+/// window manager that tells which windows are minimized, 0 when there is none; its own windows are
+/// left out: they are frames that have no window yet, or no more.
+std::vector<ScreenWindow> FindScreenWindows(const WindowTree& tree, uint32_t manager);
 
 using IsKnown = std::function<bool(const ApplicationWindow&)>;
 
