@@ -104,6 +104,7 @@ export async function startContestant(name, size) {
     name,
     time: () => ask({ request: 'time' }),
     picture: () => ask({ request: 'picture' }),
+    blocked: (count) => ask({ request: 'blocked', count }, PATIENCE_MS + count * 1000),
     growth: (count) => ask({ request: 'growth', count }, PATIENCE_MS + count * 1000),
     end: () => end(child),
   };

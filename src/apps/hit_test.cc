@@ -10,17 +10,17 @@ namespace deskhand {
 namespace {
 
 const std::unordered_set<std::string>& HitTestSkipBundleIds() {
-  static const std::unordered_set<std::string> kIds = {
+  static const std::unordered_set<std::string> ids = {
       "com.apple.screencaptureui", "com.apple.dock",         "com.apple.notificationcenterui",
       "com.apple.controlcenter",   "com.apple.Spotlight",    "com.apple.WindowManager",
       "com.apple.SystemUIServer",  "com.apple.WindowServer",
   };
-  return kIds;
+  return ids;
 }
 
 const std::unordered_set<std::string>& HitTestSkipOwnerNames() {
-  static const std::unordered_set<std::string> kNames = {"Window Server", "Dock"};
-  return kNames;
+  static const std::unordered_set<std::string> names = {"Window Server", "Dock"};
+  return names;
 }
 
 /// The left and the top edge belong to a window, the right and the bottom one do not.

@@ -22,8 +22,23 @@ const NAMES = [
   'typeText',
   'keyPress',
   'keyHold',
+  'listRunningApps',
+  'listInstalledApps',
+  'resolveAppName',
+  'getFrontmostApp',
+  'appUnderPoint',
+  'openApp',
+  'hideApps',
+  'unhideApps',
+  'getWindowList',
   'listDisplays',
   'getDisplaySize',
+  'readClipboard',
+  'writeClipboard',
+  'checkAccessibility',
+  'requestAccessibility',
+  'checkScreenRecording',
+  'requestScreenRecording',
 ];
 
 const binary = Object.keys(require.cache).find((file) => file.endsWith('.node'));

@@ -35,10 +35,12 @@ std::vector<Monitor> AskForMonitors() {
   return QueryMonitors(session).value_or(std::vector<Monitor>());
 }
 
-/// The monitors as they are now; within one call always the same answer, asked for once.
-std::vector<Monitor> MonitorsNow() {
+/// The monitors as they are now; within one call always the same answer, asked for once. Good until
+/// this thread asks again.
+const std::vector<Monitor>& MonitorsNow() {
+  thread_local std::vector<Monitor> latest;
   CallSnapshot* snapshot = CurrentCallSnapshot();
-  if (!snapshot) return AskForMonitors();
+  if (!snapshot) return latest = AskForMonitors();
   if (!snapshot->monitors) snapshot->monitors = AskForMonitors();
   return *snapshot->monitors;
 }
@@ -51,7 +53,7 @@ bool Contains(const PixelRect& rect, double x, double y) {
 }  // namespace
 
 std::vector<Screen> Screens() {
-  const std::vector<Monitor> monitors = MonitorsNow();
+  const std::vector<Monitor>& monitors = MonitorsNow();
   std::vector<Screen> screens;
   screens.reserve(monitors.size());
   for (const Monitor& monitor : monitors) screens.push_back(ToScreen(monitor, monitors.front()));
@@ -59,7 +61,7 @@ std::vector<Screen> Screens() {
 }
 
 std::optional<Screen> MainScreen() {
-  const std::vector<Monitor> monitors = MonitorsNow();
+  const std::vector<Monitor>& monitors = MonitorsNow();
   if (monitors.empty()) return std::nullopt;
   const Session session(QueryChannel(), Clock::now() + kLongestWait);
   if (!session) return std::nullopt;
@@ -75,12 +77,12 @@ std::optional<Screen> MainScreen() {
 }
 
 double PrimaryScreenHeight() {
-  const std::vector<Monitor> monitors = MonitorsNow();
+  const std::vector<Monitor>& monitors = MonitorsNow();
   return monitors.empty() ? 0 : monitors.front().bounds.height;
 }
 
 std::optional<uint32_t> DisplayAt(Point point) {
-  const std::vector<Monitor> monitors = MonitorsNow();
+  const std::vector<Monitor>& monitors = MonitorsNow();
   if (monitors.empty()) return std::nullopt;
   const PixelRect& primary = monitors.front().bounds;
   const double x = point.x + primary.x;
@@ -93,7 +95,7 @@ std::optional<uint32_t> DisplayAt(Point point) {
 }
 
 uint32_t MainDisplayId() {
-  const std::vector<Monitor> monitors = MonitorsNow();
+  const std::vector<Monitor>& monitors = MonitorsNow();
   return monitors.empty() ? 0 : monitors.front().id;
 }
 
