@@ -17,8 +17,8 @@ namespace deskhand::platform {
 struct ApplicationLocation;
 using ApplicationLocationRef = std::shared_ptr<const ApplicationLocation>;
 
-/// The place that the system prefers for this bundle identifier; null when it knows of none. On X11,
-/// where an application need not be installed, one without a path may stand for one that runs.
+/// The place that the system prefers for this bundle identifier; null when it knows of none. On
+/// X11, where an application need not be installed, one without a path may stand for one that runs.
 ApplicationLocationRef LocationOfApplication(const std::string& bundle_id);
 
 /// None when a location has no path.
