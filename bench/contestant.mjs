@@ -50,9 +50,8 @@ async function blocked(take, count) {
   return times;
 }
 
-/** What `count` pictures add to the resident memory, in bytes. */
-async function growth(take, count) {
-  const settled = 200; // by then buffers and the collector's own memory have their sizes
+/** What `count` pictures add to the resident memory of a process that has taken `settled`, in bytes. */
+async function growth(take, settled, count) {
   for (let index = 0; index < settled; ++index) await take();
   globalThis.gc();
   const before = process.memoryUsage.rss();
@@ -61,7 +60,7 @@ async function growth(take, count) {
   return process.memoryUsage.rss() - before;
 }
 
-function answer(take, { request, count }) {
+function answer(take, { request, settled, count }) {
   switch (request) {
     case 'time':
       return timed(take);
@@ -70,7 +69,7 @@ function answer(take, { request, count }) {
     case 'blocked':
       return blocked(take, count);
     case 'growth':
-      return growth(take, count);
+      return growth(take, settled, count);
     default:
       throw new Error(`no such request: ${request}`);
   }

@@ -100,25 +100,47 @@ async function measureCalls(request, title) {
   );
 }
 
-async function measureTyping(receivers) {
+/** What arrives of a text, and how fast: characters a second, and in brackets how many are wrong. */
+async function typeOnce(name, receiver, text) {
+  const [actor] = await startAll([name]);
+  if (!actor) return null;
+  try {
+    const { text: arrived, ms } = await receiver.receive(() => actor.ask('type', { text }));
+    return `${Math.round([...text].length / (ms / 1000))} (${editDistance(text, arrived)})`;
+  } finally {
+    actor.end();
+  }
+}
+
+/** Each text has a desktop of its own: whatever one leaves behind is not the next one's to mend. */
+async function measureTyping() {
   const rows = [];
   for (const name of names) {
-    for (const receiver of receivers) {
-      const row = [name, receiver.name];
+    for (const receiverOn of [pageReceiver, () => entryReceiver]) {
+      const cells = [];
       for (const text of Object.values(texts)) {
-        // A new process for each text: whatever one leaves behind is not the next one's to mend.
-        const [actor] = await startAll([name]);
-        if (!actor) break;
-        const { text: arrived, ms } = await receiver.receive(() => actor.ask('type', { text }));
-        actor.end();
-        const wrong = editDistance(text, arrived);
-        row.push(`${Math.round([...text].length / (ms / 1000))} (${wrong})`);
+        cells.push(await onDesktop((workbench) => typeOnce(name, receiverOn(workbench), text)));
       }
-      if (row.length > 2) rows.push(row);
+      if (cells.some((cell) => cell !== null)) {
+        rows.push([name, receiverOn({}).name, ...cells.map((cell) => cell ?? '')]);
+      }
     }
   }
   console.log('\n### A thousand characters: how many a second, and in brackets how many wrong\n');
   printTable(['', 'into', ...Object.keys(texts)], rows);
+}
+
+async function onDesktop(action) {
+  const workbench = await startWorkbench();
+  const startPrograms = (desktop) =>
+    startTerminalFormAndBrowser({ ...desktop, url: workbench.url });
+  const desktop = await startDesktop({ startPrograms });
+  try {
+    return await action(workbench);
+  } finally {
+    await desktop.stop();
+    workbench.stop();
+  }
 }
 
 const parts = ['move', 'query', 'typing'];
@@ -135,15 +157,8 @@ if (values.help || !values.only.every((part) => parts.includes(part))) {
 const isWanted = (part) => values.only.includes(part);
 const load = os.loadavg()[0].toFixed(2);
 console.log(`${os.cpus().length} cores, load ${load} before the start, Node.js ${process.version}`);
-const workbench = await startWorkbench();
-const startPrograms = (desktop) =>
-  startTerminalFormAndBrowser({ ...desktop, url: workbench.url });
-const desktop = await startDesktop({ startPrograms });
-try {
+await onDesktop(async () => {
   if (isWanted('move')) await measureCalls('move', 'Moving the pointer');
   if (isWanted('query')) await measureCalls('query', 'Asking where the pointer is');
-  if (isWanted('typing')) await measureTyping([pageReceiver(workbench), entryReceiver]);
-} finally {
-  await desktop.stop();
-  workbench.stop();
-}
+});
+if (isWanted('typing')) await measureTyping();

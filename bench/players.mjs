@@ -105,7 +105,8 @@ export async function startContestant(name, size) {
     time: () => ask({ request: 'time' }),
     picture: () => ask({ request: 'picture' }),
     blocked: (count) => ask({ request: 'blocked', count }, PATIENCE_MS + count * 1000),
-    growth: (count) => ask({ request: 'growth', count }, PATIENCE_MS + count * 1000),
+    growth: (settled, count) =>
+      ask({ request: 'growth', settled, count }, PATIENCE_MS + count * 1000),
     end: () => end(child),
   };
 }
