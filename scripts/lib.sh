@@ -3,6 +3,9 @@ set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 cd "$root"
 
+# Node's test runner, whose output ends with the tests that failed.
+readonly node_test=(node --test --test-reporter=spec)
+
 say() { printf '==> %s\n' "$*"; }
 fail() {
   printf 'error: %s\n' "$*" >&2
