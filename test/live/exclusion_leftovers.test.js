@@ -145,6 +145,38 @@ describe('a window without a background above the one that is left out shows not
   });
 });
 
+describe('nothing is shown of a window that came and went between two pictures', () => {
+  /** The host keeps what it has shown; another window of the application is always there. */
+  async function visit(t, wmClass, prepare) {
+    const behind = async (scene) => {
+      await paintBackdrop(scene);
+      await prepare(scene);
+      const host = { ...HALF, wmClass, managed: false, paints: 'nothing' };
+      await scene.painter.window('host', host);
+    };
+    const secret = async ({ app }) => {
+      await app.window('other', { ...MIDDLE, x: 560, y: 10, width: 40, height: 40 });
+    };
+    const scene = await openScene(t, {}, { behind, secret });
+    const { app, painter } = scene;
+    for (let round = 0; round < 3; ++round) {
+      await captureOften(scene, 2);
+      await app.window('guest', { ...MIDDLE, x: 0, y: 0, width: 100, height: 100 });
+      await app.embed('guest', await painter.id('host'));
+      await app.destroy('guest');
+    }
+    await captureOften(scene);
+  }
+
+  test('in the frame of a window manager', async (t) => {
+    await visit(t, '-', ({ painter }) => painter.manage());
+  });
+
+  test('in a window of another program', async (t) => {
+    await visit(t, 'host/Host', async () => {});
+  });
+});
+
 describe('a window without a background that grows over the one that is left out', () => {
   const small = { ...HALF, width: 30, height: 260 };
   const grown = ({ painter }) => painter.resize('bare', HALF.width, HALF.height);

@@ -28,6 +28,7 @@
 //   wallpaper COLOUR COLOUR announced|silent   a tile as its background
 //   grab PATH           writes the whole screen to PATH as a PPM file
 //   settle              paints what has been exposed
+//   manage              announces itself as the window manager, see the Extended Window Manager Hints
 //   managed             answers "error" while no window manager shows new windows
 //   composited          answers "error" while no compositing manager has announced itself
 //   storm SEED WINDOW-ARGUMENTS [steady]   changes many windows as fast as it can
@@ -198,6 +199,18 @@ static bool WarpPointer(const char* arguments) {
   return Settle();
 }
 
+static bool AnnounceManager(void) {
+  const xcb_window_t check = xcb_generate_id(connection);
+  const xcb_atom_t name = Atom("_NET_SUPPORTING_WM_CHECK");
+  xcb_create_window(connection, XCB_COPY_FROM_PARENT, check, screen->root, -10, -10, 1, 1, 0,
+                    XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, NULL);
+  for (int index = 0; index < 2; ++index) {
+    xcb_change_property(connection, XCB_PROP_MODE_REPLACE, index == 0 ? screen->root : check, name,
+                        XCB_ATOM_WINDOW, 32, 1, &check);
+  }
+  return Settle();
+}
+
 static bool AnnouncesManager(void) {
   xcb_get_property_reply_t* reply = xcb_get_property_reply(
       connection,
@@ -263,7 +276,11 @@ static bool Run(const char* command, const char* arguments) {
     const char* name;
     bool (*run)(void);
   } bare[] = {
-      {"managed", IsManaged}, {"composited", IsComposited}, {"settle", Settle}, {"calm", Calm}};
+      {"manage", AnnounceManager},
+      {"managed", IsManaged},
+      {"composited", IsComposited},
+      {"settle", Settle},
+      {"calm", Calm}};
   for (size_t index = 0; index < sizeof(plain) / sizeof(*plain); ++index) {
     if (strcmp(command, plain[index].name) == 0) return plain[index].run(arguments);
   }

@@ -95,6 +95,7 @@ function startPainter(t, env) {
       order('storm', seed, ...windowWords('storm', wish), ...(steady ? ['steady'] : [])),
     /** Ends the storm; resolves with the number of its changes. */
     calm: async () => Number(await order('calm')),
+    manage: () => order('manage'),
     isComposited: async () => (await ask('composited')) === 'ok',
     isManaged: async () => (await ask('managed')) === 'ok',
     /** The screen as the server has it: { width, height, rgb }. */

@@ -46,9 +46,9 @@ std::vector<RunningApplicationRef> WithLaunched(std::vector<RunningApplicationRe
 std::vector<RunningApplicationRef> RunningApplications() {
   Session session(QueryChannel(), Clock::now() + kLongestQuestion);
   if (!session) return {};
-  auto look = LookAtDesktop(session);
+  const auto look = LookAtDesktop(session);
   if (!look) return {};
-  return WithLaunched(std::move(look->applications));
+  return WithLaunched(look->applications);
 }
 
 RunningApplicationRef FrontmostApplication() {

@@ -94,7 +94,7 @@ void Composition::Handle(const xcb_configure_notify_event_t& event) {
                                          event.height + 2 * event.border_width});
 }
 
-void Composition::Reconcile(const WindowTree& tree, const std::vector<xcb_window_t>& distrusted) {
+void Composition::Reconcile(const WindowTree& tree, const std::set<xcb_window_t>& distrusted) {
   for (const TopWindow& top : tree.tops) {
     if (leftovers_.Knows(top.id)) continue;
     if (top.is_shown) {

@@ -41,7 +41,7 @@ class Composition {
 
   void Handle(const xcb_create_notify_event_t& event);
   void Handle(const xcb_configure_notify_event_t& event);
-  void Reconcile(const WindowTree& tree, const std::vector<xcb_window_t>& distrusted);
+  void Reconcile(const WindowTree& tree, const std::set<xcb_window_t>& distrusted);
   std::vector<PixelRect> FindLeftovers(const WindowTree& tree,
                                        const std::vector<Exclusion>& exclusions, size_t top);
 

@@ -48,12 +48,12 @@ bool StartWatch(Session& session) {
   return true;
 }
 
-std::optional<WindowTree> QueryWindows(const Session& session) {
-  WindowTree tree;
+std::shared_ptr<const WindowTree> QueryWindows(const Session& session) {
+  std::shared_ptr<const WindowTree> tree;
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     tree = session.link().window_watch->Query(session);
-    if (!session.error().empty()) return std::nullopt;
-    if (tree.is_complete) break;
+    if (!session.error().empty()) return nullptr;
+    if (tree->is_complete) break;
   }
   return tree;
 }
@@ -72,8 +72,7 @@ class Sorter {
       if (window.is_ordinary) owners.back()->windows.push_back(window);
     }
     DesktopLook look{.windows = std::move(windows),
-                     .owners = {owners.begin(), owners.end()},
-                     .applications = {}};
+                     .owners = {owners.begin(), owners.end()}};
     for (const auto& [key, application] : applications_) look.applications.push_back(application);
     return look;
   }
@@ -111,14 +110,20 @@ bool IsHiddenWholly(const RunningApplication& application) {
                      [](const ScreenWindow& window) { return window.is_hidden; });
 }
 
-std::optional<DesktopLook> LookAtDesktop(Session& session) {
-  if (!StartWatch(session)) return std::nullopt;
+std::shared_ptr<const DesktopLook> LookAtDesktop(Session& session) {
+  if (!StartWatch(session)) return nullptr;
   Link& link = session.link();
   const auto tree = QueryWindows(session);
-  if (!tree) return std::nullopt;
-  link.window_owners->Refresh(*tree);
+  if (!tree) return nullptr;
+  const uint64_t generation = link.window_owners->Refresh(*tree);
+  const auto& last = link.desktop_look;
+  if (last && last->tree == tree && last->generation == generation) return last;
   const uint32_t manager = link.window_watch->manager();
-  return Sorter(*tree, link.window_owners.get()).Sort(FindScreenWindows(*tree, manager));
+  auto look = Sorter(*tree, link.window_owners.get()).Sort(FindScreenWindows(*tree, manager));
+  look.tree = tree;
+  look.generation = generation;
+  link.desktop_look = std::make_shared<const DesktopLook>(std::move(look));
+  return link.desktop_look;
 }
 
 RunningApplicationRef ActiveApplication(const Session& session, const DesktopLook& look) {

@@ -27,17 +27,20 @@ struct RunningApplication {
 bool IsHiddenWholly(const RunningApplication& application);
 
 struct DesktopLook {
+  /// What it was made of: the windows, and the generation of the applications' directory.
+  std::shared_ptr<const WindowTree> tree = nullptr;
+  uint64_t generation = 0;
   /// Front to back.
-  std::vector<ScreenWindow> windows;
+  std::vector<ScreenWindow> windows = {};
   /// The application of each.
-  std::vector<RunningApplicationRef> owners;
+  std::vector<RunningApplicationRef> owners = {};
   /// By process and bundle identifier.
-  std::vector<RunningApplicationRef> applications;
+  std::vector<RunningApplicationRef> applications = {};
 };
 
-/// None when the server does not answer. Takes one answer's time, and more only for windows that
+/// Null when the server does not answer. Takes one answer's time, and more only for windows that
 /// are new or changed.
-std::optional<DesktopLook> LookAtDesktop(Session& session);
+std::shared_ptr<const DesktopLook> LookAtDesktop(Session& session);
 
 /// The application that the active window belongs to, or, without a window manager, the window with
 /// the keyboard focus; null when there is none.

@@ -82,10 +82,11 @@ Attempt Try(const std::vector<std::string>& bundle_ids, Session& session, const 
             bool with_pointer, bool must_succeed) {
   const ServerGrab server_grab(session);
   Link& link = session.link();
-  WindowTree tree = link.window_watch->Query(session);
+  const auto described = link.window_watch->Query(session);
+  const WindowTree& tree = *described;
   if (!tree.is_complete) return Fail(session, "the X server refused to describe its windows");
   if (link.window_watch->has_news() && !must_succeed) {
-    return {.must_look = true, .windows = std::move(tree.applications)};
+    return {.must_look = true, .windows = tree.applications};
   }
   const auto exclusions = PlanExclusions(tree, bundle_ids, Identify);
   const bool has_shown = HasShown(tree, exclusions);

@@ -23,6 +23,7 @@ class Composition;
 class WindowWatch;
 class WindowOwners;
 struct ClipboardAtoms;
+struct DesktopLook;
 struct InputState;
 
 /// One connection, its screen and what the server can do.
@@ -43,6 +44,7 @@ struct Link {
   std::shared_ptr<SharedMemory> memory;  // for pictures, made when first needed
   std::unique_ptr<WindowWatch> window_watch;              // since windows were first looked at
   std::unique_ptr<WindowOwners> window_owners;            // since applications were
+  std::shared_ptr<const DesktopLook> desktop_look;        // the last one
   std::unique_ptr<InputState> input;                      // since the first event was posted
   std::unique_ptr<Composition> composition;               // since one was
   std::unique_ptr<ClipboardOwner> clipboard;              // since a text was put there

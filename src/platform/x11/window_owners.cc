@@ -10,14 +10,15 @@ constexpr size_t kSlack = 64;
 
 }  // namespace
 
-void WindowOwners::Refresh(const WindowTree& tree) {
+uint64_t WindowOwners::Refresh(const WindowTree& tree) {
   const uint64_t generation = ApplicationDirectory::Get().Refresh();
   if (generation != generation_) known_.clear();
   generation_ = generation;
-  if (known_.size() <= tree.applications.size() + kSlack) return;
+  if (known_.size() <= tree.applications.size() + kSlack) return generation_;
   std::unordered_set<xcb_window_t> present;
   for (const ApplicationWindow& window : tree.applications) present.insert(window.id);
   std::erase_if(known_, [&](const auto& entry) { return !present.contains(entry.first); });
+  return generation_;
 }
 
 const ApplicationDescription& WindowOwners::Of(const ApplicationWindow& window) {

@@ -15,8 +15,8 @@ namespace deskhand::platform {
 class WindowOwners {
  public:
   /// To be called before windows are asked about: learns of changed entries and forgets the windows
-  /// that `tree` has not.
-  void Refresh(const WindowTree& tree);
+  /// that `tree` has not. Returns what changes with the entries.
+  uint64_t Refresh(const WindowTree& tree);
 
   /// The application that the window itself names. Good until the next Refresh.
   const ApplicationDescription& Of(const ApplicationWindow& window);

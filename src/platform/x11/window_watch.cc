@@ -1,7 +1,6 @@
 #include "platform/x11/window_watch.h"
 
 #include <algorithm>
-#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -15,6 +14,14 @@ namespace {
 // Of one connection; a program that names ever new ones must not fill the memory.
 constexpr size_t kMostNames = 64;
 
+/// Whether a window does not show any more in the one that is told of it.
+bool HasLeft(const xcb_generic_event_t& event) {
+  const uint8_t type = event.response_type & 0x7f;
+  if (type == XCB_DESTROY_NOTIFY || type == XCB_UNMAP_NOTIFY) return true;
+  const auto& notify = reinterpret_cast<const xcb_reparent_notify_event_t&>(event);
+  return type == XCB_REPARENT_NOTIFY && notify.parent != notify.event;
+}
+
 }  // namespace
 
 std::unique_ptr<WindowWatch> WindowWatch::Start(const Session& session, Detail detail) {
@@ -27,9 +34,13 @@ std::unique_ptr<WindowWatch> WindowWatch::Start(const Session& session, Detail d
 }
 
 WindowWatch::WindowWatch(const Session& session, const WindowSupport& support, Detail detail)
-    : root_(session.screen().root), support_(support), detail_(detail), last_used_(Clock::now()) {}
+    : connection_(session.connection()),
+      root_(session.screen().root),
+      support_(support),
+      detail_(detail),
+      last_used_(Clock::now()) {}
 
-WindowTree WindowWatch::Query(const Session& session) {
+std::shared_ptr<const WindowTree> WindowWatch::Query(const Session& session) {
   last_used_ = Clock::now();
   xcb_connection_t* const connection = session.connection();
   const auto tree_cookie = xcb_query_tree(connection, root_);
@@ -39,28 +50,46 @@ WindowTree WindowWatch::Query(const Session& session) {
   const auto root = Await(connection, xcb_query_tree_reply, tree_cookie);
   const auto check = Await(connection, xcb_get_property_reply, check_cookie);
   const auto compositor = Await(connection, xcb_get_selection_owner_reply, compositor_cookie);
-  WindowTree tree;
-  tree.is_complete = root && check && compositor;
-  if (!tree.is_complete) return tree;
+  auto tree = std::make_shared<WindowTree>();
+  tree->is_complete = root && check && compositor;
+  if (!tree->is_complete) return tree;
   TakeEvents(session.link());  // what happened before these answers
-  tree.is_composited = compositor->owner != XCB_NONE;
+  tree->is_composited = compositor->owner != XCB_NONE;
+  const uint32_t manager = ClientOf(connection, ReadCard32(*check).value_or(XCB_NONE));
   const xcb_window_t* const children = xcb_query_tree_children(root.get());
-  const std::vector<xcb_window_t> tops(children,
-                                       children + xcb_query_tree_children_length(root.get()));
+  std::vector<xcb_window_t> tops(children, children + xcb_query_tree_children_length(root.get()));
+  has_news_ = false;
+  if (IsStillSo(tops, tree->is_composited, manager)) return tree_;
+  tree_.reset();
   for (auto entry = entries_.begin(); entry != entries_.end();) {
     const bool is_gone = std::find(tops.begin(), tops.end(), entry->first) == tops.end();
-    if (is_gone) Forget(entry->first);
-    entry = is_gone ? entries_.erase(entry) : std::next(entry);
+    if (!is_gone) {
+      ++entry;
+      continue;
+    }
+    ForgetNodes(entry->first, entry->second);
+    distrusted_.erase(entry->first);
+    entry = entries_.erase(entry);
   }
   for (const xcb_window_t top : tops) entries_.try_emplace(top);
-  manager_ = ClientOf(connection, ReadCard32(*check).value_or(XCB_NONE));
-  tree.is_complete = Renew(session);
+  manager_ = manager;
+  has_changed_ = false;
+  tree->is_complete = Renew(session);
   for (const xcb_window_t top : tops) {
-    if (entries_.at(top).subtree) AppendTop(entries_.at(top), &tree);
+    if (entries_.at(top).subtree) AppendTop(entries_.at(top), tree.get());
   }
   // Those of connections that have no window any more are forgotten; now that would be a guess.
-  if (tree.is_complete) RememberNames(&tree);
+  if (!tree->is_complete) return tree;
+  RememberNames(tree.get());
+  tops_ = std::move(tops);
+  tree_ = tree;
   return tree;
+}
+
+bool WindowWatch::IsStillSo(const std::vector<xcb_window_t>& tops, bool is_composited,
+                            uint32_t manager) const {
+  return tree_ && !has_changed_ && tops == tops_ && is_composited == tree_->is_composited &&
+         manager == manager_;
 }
 
 bool WindowWatch::Renew(const Session& session) {
@@ -87,18 +116,21 @@ void WindowWatch::Accept(Subtree subtree) {
     guests.push_back(window.id);
     if (window.is_managed) clients.push_back(window);
   }
-  const bool has_lost_guest =
+  entry.has_lost_guest |=
       std::any_of(entry.guests.begin(), entry.guests.end(), [&guests](xcb_window_t guest) {
         return std::find(guests.begin(), guests.end(), guest) == guests.end();
       });
   if (!clients.empty()) entry.clients = std::move(clients);
   subtree.window.is_unclaimed = owner == manager_ && entry.clients.empty();
-  if (has_lost_guest || (subtree.window.is_unclaimed && !entry.was_asked)) {
-    distrusted_.push_back(subtree.window.id);
+  // Something happened to it: a client that nobody has met may have come and gone.
+  if (entry.has_lost_guest || subtree.window.is_unclaimed) {
+    distrusted_.insert(subtree.window.id);
   }
-  entry.was_asked = true;
+  entry.has_lost_guest = false;
   entry.guests = std::move(guests);
-  for (const xcb_window_t node : subtree.nodes) top_of_[node] = subtree.window.id;
+  ForgetNodes(subtree.window.id, entry);
+  entry.nodes = subtree.nodes;
+  for (const xcb_window_t node : entry.nodes) top_of_[node] = subtree.window.id;
   entry.subtree = std::move(subtree);
 }
 
@@ -141,12 +173,32 @@ void WindowWatch::RememberNames(WindowTree* tree) {
   }
 }
 
-void WindowWatch::Forget(xcb_window_t node) {
+WindowWatch::Entry* WindowWatch::EntryOf(xcb_window_t node) {
   const auto top = top_of_.find(node);
   const auto entry = entries_.find(top == top_of_.end() ? node : top->second);
-  if (entry == entries_.end() || !entry->second.subtree) return;
-  for (const xcb_window_t known : entry->second.subtree->nodes) top_of_.erase(known);
-  entry->second.subtree.reset();
+  return entry == entries_.end() ? nullptr : &entry->second;
+}
+
+void WindowWatch::Forget(xcb_window_t node) {
+  Entry* const entry = EntryOf(node);
+  if (!entry || !entry->subtree) return;
+  has_changed_ = true;
+  entry->subtree.reset();
+}
+
+void WindowWatch::ForgetNodes(xcb_window_t top, const Entry& entry) {
+  for (const xcb_window_t node : entry.nodes) {
+    const auto known = top_of_.find(node);
+    if (known != top_of_.end() && known->second == top) top_of_.erase(known);
+  }
+}
+
+/// It may have come after the server was last asked, and nobody has met it.
+void WindowWatch::OnLeft(xcb_window_t parent, xcb_window_t window) {
+  Entry* const entry = EntryOf(parent);
+  if (entry && ClientOf(connection_, window) != ClientOf(connection_, parent)) {
+    entry->has_lost_guest = true;
+  }
 }
 
 void WindowWatch::OnConfigured(const xcb_configure_notify_event_t& event) {
@@ -160,6 +212,7 @@ void WindowWatch::OnConfigured(const xcb_configure_notify_event_t& event) {
     Forget(event.window);
     return;
   }
+  has_changed_ = true;
   for (ApplicationWindow& window : entry->second.subtree->applications) {
     window.bounds.x += bounds.x - top.bounds.x;
     window.bounds.y += bounds.y - top.bounds.y;
@@ -210,6 +263,7 @@ void WindowWatch::Handle(const xcb_generic_event_t& event) {
     case XCB_GRAVITY_NOTIFY: {
       // In all of these the parent comes first, and the window that something happened to next.
       const auto& notify = reinterpret_cast<const xcb_map_notify_event_t&>(event);
+      if (HasLeft(event)) OnLeft(notify.event, notify.window);
       Forget(notify.event == root_ ? notify.window : notify.event);
       break;
     }

@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -27,8 +28,9 @@ class WindowWatch {
 
   /// All windows, shown or not, to the bottom: an application's window may lie in a frame, or be
   /// embedded in that of another. Exact while the server is grabbed; else a window may go before it
-  /// is asked about, and the tree is without it and not complete.
-  WindowTree Query(const Session& session);
+  /// is asked about, and the tree is without it and not complete. The same tree as last time when
+  /// nothing has changed since; never null.
+  std::shared_ptr<const WindowTree> Query(const Session& session);
 
   /// Takes notice of an event of the connection.
   void Handle(const xcb_generic_event_t& event);
@@ -40,7 +42,7 @@ class WindowWatch {
 
   /// The top-level windows that may show what was in a window which has left them, such as frames
   /// that outlive their clients; each is returned once.
-  std::vector<xcb_window_t> TakeDistrusted() { return std::exchange(distrusted_, {}); }
+  std::set<xcb_window_t> TakeDistrusted() { return std::exchange(distrusted_, {}); }
 
   /// The top-level window that a window lies in, or is; XCB_NONE when Query() did not meet it.
   xcb_window_t TopOf(xcb_window_t window) const;
@@ -57,23 +59,29 @@ class WindowWatch {
   struct Entry {
     // None until the server has been asked, and after something happened to the window.
     std::optional<Subtree> subtree;
-    bool was_asked = false;
-    // What was in it when the server was last asked, and was made by others.
+    // It and all in it when the server was last asked, and what of that was made by others.
+    std::vector<xcb_window_t> nodes;
     std::vector<xcb_window_t> guests;
+    bool has_lost_guest = false;  // since then
     // The clients of a window manager that it held last.
     std::vector<ApplicationWindow> clients;
   };
 
   WindowWatch(const Session& session, const WindowSupport& support, Detail detail);
 
+  Entry* EntryOf(xcb_window_t node);
   void Forget(xcb_window_t node);
+  void ForgetNodes(xcb_window_t top, const Entry& entry);
+  void OnLeft(xcb_window_t parent, xcb_window_t window);
   void OnConfigured(const xcb_configure_notify_event_t& event);
   bool Matters(xcb_atom_t property) const;
   bool Renew(const Session& session);
+  bool IsStillSo(const std::vector<xcb_window_t>& tops, bool is_composited, uint32_t manager) const;
   void Accept(Subtree subtree);
   void AppendTop(const Entry& entry, WindowTree* tree) const;
   void RememberNames(WindowTree* tree);
 
+  xcb_connection_t* const connection_;
   const xcb_window_t root_;
   const WindowSupport support_;
   const Detail detail_;
@@ -82,7 +90,10 @@ class WindowWatch {
   uint32_t manager_ = 0;
   xcb_timestamp_t last_time_ = 0;
   bool has_news_ = false;
-  std::vector<xcb_window_t> distrusted_;
+  bool has_changed_ = false;                // since the tree was made
+  std::vector<xcb_window_t> tops_;          // of the tree
+  std::shared_ptr<const WindowTree> tree_;  // the last one that was complete
+  std::set<xcb_window_t> distrusted_;
   std::map<uint32_t, std::vector<WindowFacts>> names_;  // of each connection
   Deadline last_used_;
 };

@@ -7,12 +7,12 @@
 namespace deskhand::platform {
 
 struct WindowList {
-  struct Entry {
-    ScreenWindow window;
-    RunningApplicationRef owner;
-  };
-  std::vector<Entry> entries;
-  PixelRect primary;  // of the monitors: where the global space begins
+  std::shared_ptr<const DesktopLook> look;
+  std::vector<size_t> shown;  // which of its windows
+  PixelRect primary;          // of the monitors: where the global space begins
+
+  const ScreenWindow& window(size_t index) const { return look->windows[shown[index]]; }
+  const RunningApplicationRef& owner(size_t index) const { return look->owners[shown[index]]; }
 };
 
 namespace {
@@ -37,38 +37,38 @@ WindowListRef OnScreenWindows() {
   if (!session) return nullptr;
   const auto primary = PrimaryMonitor(session);
   if (!primary) return nullptr;
-  auto look = LookAtDesktop(session);
+  const auto look = LookAtDesktop(session);
   if (!look) return nullptr;
   auto list = std::make_shared<WindowList>();
+  list->look = look;
   list->primary = *primary;
   for (size_t index = 0; index < look->windows.size(); ++index) {
     const ScreenWindow& window = look->windows[index];
-    if (!window.is_shown || window.is_desktop) continue;
-    list->entries.push_back({window, look->owners[index]});
+    if (window.is_shown && !window.is_desktop) list->shown.push_back(index);
   }
   return list;
 }
 
-size_t CountOf(const WindowList& windows) { return windows.entries.size(); }
+size_t CountOf(const WindowList& windows) { return windows.shown.size(); }
 
 std::optional<int32_t> OwnerProcessId(const WindowList& windows, size_t index) {
-  return windows.entries[index].owner->process_id;
+  return windows.owner(index)->process_id;
 }
 
 std::optional<int32_t> LayerOf(const WindowList& windows, size_t index) {
-  return windows.entries[index].window.layer;
+  return windows.window(index).layer;
 }
 
 std::optional<float> AlphaOf(const WindowList& windows, size_t index) {
-  return windows.entries[index].window.alpha;
+  return windows.window(index).alpha;
 }
 
 std::optional<std::string> OwnerName(const WindowList& windows, size_t index) {
-  return windows.entries[index].owner->name;
+  return windows.owner(index)->name;
 }
 
 std::optional<Rect> BoundsOf(const WindowList& windows, size_t index) {
-  const PixelRect& bounds = windows.entries[index].window.bounds;
+  const PixelRect& bounds = windows.window(index).bounds;
   return Rect{.x = double(bounds.x - windows.primary.x),
               .y = double(bounds.y - windows.primary.y),
               .width = double(bounds.width),
@@ -76,7 +76,7 @@ std::optional<Rect> BoundsOf(const WindowList& windows, size_t index) {
 }
 
 RunningApplicationRef OwnerOf(const WindowList& windows, size_t index) {
-  return windows.entries[index].owner;
+  return windows.owner(index);
 }
 
 }  // namespace deskhand::platform
