@@ -236,6 +236,13 @@ test('the calls: each test in its order, and the application only of windows tha
     ]);
   });
 
+test('hundreds of windows are all listed, in their order', (t) => {
+  const windows = Array.from({ length: 250 }, (_, x) => window({ bounds: [x, -x, 300, 200] }));
+  const list = desktop(t, windows).addon.getWindowList();
+  assert.deepEqual(list, windows.map((_, x) => ({ ...record, x, y: 0 - x, displayId: list[x].displayId })));
+  assert.deepEqual(Object.keys(list[249]), Object.keys(record));
+});
+
 test('fifty windows cost one copy of the list, and a look-up of application and bundle for each ' +
   'that is listed', (t) => {
   const windows = Array.from({ length: 50 }, (_, index) => window({ layer: index % 2 }));
