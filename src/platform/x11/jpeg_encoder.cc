@@ -32,7 +32,17 @@ void Escape(j_common_ptr info) {
   std::longjmp(reinterpret_cast<ErrorManager*>(info->err)->escape, 1);
 }
 
-void Ignore(j_common_ptr) {}
+/// Instead of jpeg_std_error, which writes to the host's standard error; for that Debian's static
+/// library cannot be linked into an addon, either.
+jpeg_error_mgr SilentErrors() {
+  jpeg_error_mgr errors{};
+  errors.error_exit = Escape;
+  errors.emit_message = [](j_common_ptr, int) {};
+  errors.output_message = [](j_common_ptr) {};
+  errors.format_message = [](j_common_ptr, char* text) { *text = '\0'; };
+  errors.reset_error_mgr = [](j_common_ptr info) { info->err->num_warnings = 0; };
+  return errors;
+}
 
 constexpr size_t kFirstBuffer = size_t{256} << 10;
 
@@ -132,10 +142,8 @@ void EncodePart(const Part& part, const RowSource& rows, std::vector<uint8_t>* s
                 JpegData* data) {
   strip->resize(size_t{4} * part.width * kBlockRows);
   jpeg_compress_struct info{};
-  ErrorManager errors{};
-  info.err = jpeg_std_error(&errors.base);
-  errors.base.error_exit = Escape;
-  errors.base.output_message = Ignore;  // not on the host's standard error
+  ErrorManager errors{.base = SilentErrors(), .escape = {}};
+  info.err = &errors.base;
   Destination destination{.base = {}, .bytes = data->bytes.release(), .capacity = data->capacity};
   destination.base.init_destination = StartOutput;
   destination.base.empty_output_buffer = ExtendOutput;
