@@ -1,6 +1,11 @@
 'use strict';
 
-const path = require('node:path');
+// Finds the addon's binary and loads it.
+
+// Also read by versions of Node.js that are refused: no syntax that these do not know.
+const path = require('path');
+const { inspectBinary } = require('./binary_file.js');
+const { explainFailure, isForeign, isTooOld } = require('./load_failure.js');
 
 const root = path.join(__dirname, '..');
 
@@ -12,21 +17,58 @@ function candidates(platform = process.platform, arch = process.arch) {
   ];
 }
 
-/** Loads the first binary that there is; throws an error that says what was tried and what to do. */
-function load() {
-  const failures = [];
-  for (const file of candidates()) {
-    try {
-      return require(file);
-    } catch (error) {
-      failures.push(`  ${file}: ${error.message.split('\n')[0]}`);
-    }
+/** The version of the GNU C library; undefined where there is none. Costs some milliseconds. */
+function glibcVersion() {
+  if (process.platform !== 'linux' || !process.report) return undefined;
+  return process.report.getReport().header.glibcVersionRuntime;
+}
+
+/** What the reasons for a failure are told from. */
+function circumstances() {
+  const { platform, arch } = process;
+  const { node, napi } = process.versions;
+  return { platform, arch, versions: { node, napi, glibc: glibcVersion() }, folder: root };
+}
+
+function failureError(failures) {
+  const { message, hint } = explainFailure({ ...circumstances(), failures });
+  const error = new Error(message);
+  error.code = 'ERR_DESKHAND_LOAD';
+  error.hint = hint;
+  // A binary that is there, and does not load, says more than one that is missing.
+  const first = failures.find(({ binary }) => binary) || failures[0];
+  if (first && first.error) error.cause = first.error;
+  return error;
+}
+
+/** The loaded binary, or why it was not: { addon } or { failure }. */
+function tryToLoad(file) {
+  let binary;
+  try {
+    binary = inspectBinary(file);
+    // Loading what was cut off can end the process with a bus error.
+    const isLoadable = binary && binary.isWhole && !isForeign(binary, process);
+    if (isLoadable) return { addon: require(file) };
+    const error = new Error(binary ? `${file} is not a binary for here` : `${file} does not exist`);
+    return { failure: { file, binary, error, message: '' } };
+  } catch (error) {
+    return { failure: { file, binary: binary || {}, error, message: String(error.message) } };
   }
-  throw new Error(
-    `deskhand has no binary for ${process.platform}-${process.arch} that loads here. Tried:\n` +
-      `${failures.join('\n')}\n` +
-      'Build one with "npm run build" in the package\'s folder.',
-  );
+}
+
+/**
+ * Loads the first binary that there is. Throws an error with the code 'ERR_DESKHAND_LOAD', whose
+ * message says what was tried, why each failed and what to do; `hint` is the last part alone.
+ */
+function load(files = candidates()) {
+  if (isTooOld(process.versions)) throw failureError([]);
+  const failures = [];
+  for (const file of files) {
+    const { addon, failure } = tryToLoad(file);
+    if (addon) return addon;
+    failures.push(failure);
+  }
+  throw failureError(failures);
 }
 
 module.exports = { candidates, load };
