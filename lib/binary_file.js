@@ -22,7 +22,8 @@ function describeElf(head, size) {
   const isWide = head[4] === 2;
   const isLittle = head[5] === 1;
   const hasHeader = head.length === ELF_64_HEADER_BYTES;
-  const machine = head.length < 20 ? undefined : isLittle ? head.readUInt16LE(18) : head.readUInt16BE(18);
+  const machine =
+    head.length < 20 ? undefined : isLittle ? head.readUInt16LE(18) : head.readUInt16BE(18);
   const isWhole = hasHeader && (!isWide || !isLittle || size >= endOfElf(head));
   return { format: 'ELF', arch: ELF_MACHINES[machine], isWhole };
 }

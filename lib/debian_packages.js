@@ -28,10 +28,19 @@ const PACKAGES = {
 };
 
 /** Those that others bring along, or that every system has. */
-const IMPLIED = new Set(['libgcc-s1', 'libstdc++6', 'libx11-xcb1', 'libxau6', 'libxcb1', 'libxdmcp6']);
+const IMPLIED = new Set([
+  'libgcc-s1',
+  'libstdc++6',
+  'libx11-xcb1',
+  'libxau6',
+  'libxcb1',
+  'libxdmcp6',
+]);
 
 const packageOf = (library) => PACKAGES[library];
 
-const ALL_PACKAGES = [...new Set(Object.values(PACKAGES))].filter((name) => !IMPLIED.has(name)).sort();
+const ALL_PACKAGES = [...new Set(Object.values(PACKAGES))]
+  .filter((name) => !IMPLIED.has(name))
+  .sort();
 
 module.exports = { ALL_PACKAGES, packageOf };

@@ -62,12 +62,14 @@ const MESSAGES = [
   [
     /not a mach-o file|slice is not valid mach-o file|file too short|invalid ELF header|cannot read file data/,
     () => 'it is not a binary, or a damaged one',
-    () => 'Install deskhand again: the file is damaged. Tools that copy packages may replace binaries.',
+    () =>
+      'Install deskhand again: the file is damaged. Tools that copy packages may replace binaries.',
   ],
   [
     /undefined symbol: (napi_\w+|node_api_\w+)/,
     ([, symbol]) => `the program that loads it has no ${symbol}`,
-    () => `Use a program with Node-API ${LEAST_NODE_API} or later: Node.js ${LEAST_NODE} or later, or its like.`,
+    () =>
+      `Use a program with Node-API ${LEAST_NODE_API} or later: Node.js ${LEAST_NODE} or later, or its like.`,
   ],
   [
     /failed to map segment from shared object/,
@@ -173,7 +175,9 @@ function explainFailure({ platform, arch, versions, folder, failures }) {
   ];
   const advice = new Set();
   if (isTooOld(versions)) {
-    lines.push(`It needs Node.js ${LEAST_NODE} or later, with Node-API ${LEAST_NODE_API} or later.`);
+    lines.push(
+      `It needs Node.js ${LEAST_NODE} or later, with Node-API ${LEAST_NODE_API} or later.`,
+    );
     advice.add(`Use Node.js ${LEAST_NODE} or later; this is ${versions.node}.`);
   }
   if (failures.length > 0) lines.push('Tried:');

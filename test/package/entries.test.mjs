@@ -25,7 +25,13 @@ function run(folder, kind, script) {
 /** A folder with the packed package, and the binary of this machine in it. */
 function packWithBinary(t) {
   const { folder } = packPackage(t);
-  const place = path.join(folder, 'node_modules', 'deskhand', 'prebuilds', `${process.platform}-${process.arch}`);
+  const place = path.join(
+    folder,
+    'node_modules',
+    'deskhand',
+    'prebuilds',
+    `${process.platform}-${process.arch}`,
+  );
   fs.mkdirSync(place, { recursive: true });
   fs.copyFileSync(binary, path.join(place, 'deskhand.node'));
   return folder;
@@ -54,7 +60,8 @@ test('the manifest can be read, and nothing behind the entries', (t) => {
 
 test('nothing is run when the package is installed', () => {
   const { gypfile, os, scripts } = manifest;
-  for (const name of ['preinstall', 'install', 'postinstall']) assert.equal(scripts[name], undefined);
+  for (const name of ['preinstall', 'install', 'postinstall'])
+    assert.equal(scripts[name], undefined);
   assert.ok(!fs.existsSync(path.join(root, 'binding.gyp')), 'npm would run node-gyp');
   assert.deepEqual({ gypfile, os }, { gypfile: undefined, os: undefined });
 });
@@ -64,7 +71,10 @@ test('publint finds nothing wrong', async (t) => {
   const bytes = fs.readFileSync(tarball);
   const packed = bytes.buffer.slice(bytes.byteOffset, bytes.byteOffset + bytes.byteLength);
   const { messages } = await publint({ pack: { tarball: packed }, strict: true });
-  assert.deepEqual(messages.map((message) => formatMessage(message, manifest)), []);
+  assert.deepEqual(
+    messages.map((message) => formatMessage(message, manifest)),
+    [],
+  );
 });
 
 test('the types are right for whoever resolves them', (t) => {
@@ -77,5 +87,8 @@ test('the types are right for whoever resolves them', (t) => {
   assert.ok(analysis, stderr);
   assert.deepEqual(Object.keys(analysis.entrypoints).sort(), ['.', './package.json', './run-loop']);
   const ofNode10 = ({ resolutionKind }) => resolutionKind === 'node10';
-  assert.deepEqual(analysis.problems.filter((problem) => !ofNode10(problem)), []);
+  assert.deepEqual(
+    analysis.problems.filter((problem) => !ofNode10(problem)),
+    [],
+  );
 });

@@ -30,7 +30,12 @@ function explain({ platform, arch, format, glibc }, message) {
 /** What is said where no file is there. */
 function explainAbsence(platform, arch, versions = {}) {
   return explainFailure({
-    ...{ platform, arch, folder: '/app/deskhand', failures: [{ file: FILE, binary: null, message: '' }] },
+    ...{
+      platform,
+      arch,
+      folder: '/app/deskhand',
+      failures: [{ file: FILE, binary: null, message: '' }],
+    },
     versions: { node: '20.20.2', napi: '9', glibc: '2.36', ...versions },
   });
 }
@@ -142,7 +147,12 @@ describe('of recorded texts', () => {
 
   test('two missing libraries are told once what to install', () => {
     const { hint } = explainFailure({
-      ...{ platform: 'linux', arch: 'x64', folder: '/app', versions: { node: '20.0.0', napi: '9', glibc: '2.36' } },
+      ...{
+        platform: 'linux',
+        arch: 'x64',
+        folder: '/app',
+        versions: { node: '20.0.0', napi: '9', glibc: '2.36' },
+      },
       failures: ['/one', '/two'].map((file) => ({
         file,
         binary: { format: 'ELF', arch: 'x64', isWhole: true },
@@ -158,11 +168,18 @@ describe('where there is no binary', () => {
     const { message, hint } = explainAbsence('linux', 'x64');
     assert.match(message, /on linux-x64 \(Node\.js 20\.20\.2, glibc 2\.36\)/);
     assert.match(message, /there is no such file/);
-    assert.match(hint, /Install deskhand again: \/app\/deskhand is not complete.*npm run build.*bundler/);
+    assert.match(
+      hint,
+      /Install deskhand again: \/app\/deskhand is not complete.*npm run build.*bundler/,
+    );
   });
 
   test('systems and processors that are not supported are told so', () => {
-    for (const [platform, arch] of [['win32', 'x64'], ['linux', 'ia32'], ['freebsd', 'x64']]) {
+    for (const [platform, arch] of [
+      ['win32', 'x64'],
+      ['linux', 'ia32'],
+      ['freebsd', 'x64'],
+    ]) {
       const { hint } = explainAbsence(platform, arch);
       assert.match(hint, new RegExp(`made for: .*linux-x64.* This is ${platform}-${arch}\\.`));
     }
@@ -173,7 +190,10 @@ describe('where there is no binary', () => {
   });
 
   test('Node.js that is too old is told which one is needed', () => {
-    for (const versions of [{ node: '16.20.2', napi: '8' }, { node: '10.24.1', napi: '7' }]) {
+    for (const versions of [
+      { node: '16.20.2', napi: '8' },
+      { node: '10.24.1', napi: '7' },
+    ]) {
       const { hint } = explainAbsence('linux', 'x64', versions);
       assert.match(hint, /^Use Node\.js 18 or later; this is 1[06]\./);
     }
@@ -229,7 +249,10 @@ describe('of failures that are made', onLinux, () => {
   const whole = () => fs.readFileSync(path.join(root, 'build', 'release', 'deskhand.node'));
 
   test('the addon itself loads', () => {
-    assert.equal(Object.keys(load([path.join(root, 'build', 'release', 'deskhand.node')])).length, 30);
+    assert.equal(
+      Object.keys(load([path.join(root, 'build', 'release', 'deskhand.node')])).length,
+      30,
+    );
   });
 
   test('a binary for another processor', (t) => {
@@ -242,13 +265,20 @@ describe('of failures that are made', onLinux, () => {
     const bytes = Buffer.alloc(64);
     bytes.writeUInt32LE(0xfeedfacf, 0);
     bytes.writeUInt32LE(0x0100000c, 4);
-    assert.match(failureOf(t, bytes).message, /made for another system or processor \(Mach-O, arm64\)/);
+    assert.match(
+      failureOf(t, bytes).message,
+      /made for another system or processor \(Mach-O, arm64\)/,
+    );
   });
 
   test('a binary that was cut off, anywhere', (t) => {
     const bytes = whole();
     for (const length of [0, 10, 40, 63, 64, 5000, bytes.length - 1]) {
-      assert.match(failureOf(t, bytes.subarray(0, length)).message, /empty or cut off/, `${length} bytes`);
+      assert.match(
+        failureOf(t, bytes.subarray(0, length)).message,
+        /empty or cut off/,
+        `${length} bytes`,
+      );
     }
   });
 
@@ -260,7 +290,12 @@ describe('of failures that are made', onLinux, () => {
   test('a library that is not there', (t) => {
     const folder = temporaryFolder(t);
     compile(folder, 'libgone.so.7', 'int gone(void) { return 1; }', '-Wl,-soname,libgone.so.7');
-    const file = compile(folder, 'a.node', 'int gone(void); int use(void) { return gone(); }', './libgone.so.7');
+    const file = compile(
+      folder,
+      'a.node',
+      'int gone(void); int use(void) { return gone(); }',
+      './libgone.so.7',
+    );
     fs.rmSync(path.join(folder, 'libgone.so.7'));
     assert.match(failureToLoad(file).message, /the shared library libgone\.so\.7 is missing/);
   });
@@ -284,13 +319,16 @@ describe('of failures that are made', onLinux, () => {
   test('a package without binaries, by its front door', (t) => {
     const folder = temporaryFolder(t);
     fs.cpSync(path.join(root, 'lib'), path.join(folder, 'lib'), { recursive: true });
-    assert.throws(() => require(path.join(folder, 'lib', 'index.js')), (error) => {
-      assert.equal(error.code, 'ERR_DESKHAND_LOAD');
-      assert.match(error.message, /prebuilds.linux-x64.deskhand\.node: there is no such file/);
-      assert.match(error.message, /build.release.deskhand\.node: there is no such file/);
-      assert.match(error.hint, /is not complete/);
-      return true;
-    });
+    assert.throws(
+      () => require(path.join(folder, 'lib', 'index.js')),
+      (error) => {
+        assert.equal(error.code, 'ERR_DESKHAND_LOAD');
+        assert.match(error.message, /prebuilds.linux-x64.deskhand\.node: there is no such file/);
+        assert.match(error.message, /build.release.deskhand\.node: there is no such file/);
+        assert.match(error.hint, /is not complete/);
+        return true;
+      },
+    );
   });
 
   test('the first binary that loads is taken, whatever the ones before it are', (t) => {
@@ -311,15 +349,24 @@ describe('of failures that are made', onLinux, () => {
   });
 });
 
-test('every library that the binary needs has its package named, and these have it', onLinux, () => {
-  const binary = path.join(root, 'build', 'release', 'deskhand.node');
-  const run = (...words) => execFileSync(words[0], words.slice(1), { encoding: 'utf8' });
-  const needed = [...run('readelf', '--dynamic', '--wide', binary).matchAll(/NEEDED.*\[(.+)\]/g)];
-  const libraries = needed.map(([, name]) => name).filter((name) => !/^(libc|libm|ld-linux.*)\.so/.test(name));
-  assert.ok(libraries.length > 5);
-  for (const name of libraries) {
-    assert.ok(packageOf(name), `${name} is in no package that we know`);
-    assert.match(run('dpkg', '--search', `*/${name}`), new RegExp(`^${packageOf(name).replace(/\+/g, '\\+')}:`, 'm'));
-  }
-  assert.deepEqual(ALL_PACKAGES, [...new Set(ALL_PACKAGES)]);
-});
+test(
+  'every library that the binary needs has its package named, and these have it',
+  onLinux,
+  () => {
+    const binary = path.join(root, 'build', 'release', 'deskhand.node');
+    const run = (...words) => execFileSync(words[0], words.slice(1), { encoding: 'utf8' });
+    const needed = [...run('readelf', '--dynamic', '--wide', binary).matchAll(/NEEDED.*\[(.+)\]/g)];
+    const libraries = needed
+      .map(([, name]) => name)
+      .filter((name) => !/^(libc|libm|ld-linux.*)\.so/.test(name));
+    assert.ok(libraries.length > 5);
+    for (const name of libraries) {
+      assert.ok(packageOf(name), `${name} is in no package that we know`);
+      assert.match(
+        run('dpkg', '--search', `*/${name}`),
+        new RegExp(`^${packageOf(name).replace(/\+/g, '\\+')}:`, 'm'),
+      );
+    }
+    assert.deepEqual(ALL_PACKAGES, [...new Set(ALL_PACKAGES)]);
+  },
+);

@@ -22,7 +22,8 @@ function compile(folder, files, ...options) {
 function packWithUses(t) {
   const { folder } = packPackage(t);
   const uses = fs.readFileSync(path.join(sources, 'uses.ts'));
-  for (const name of ['uses.cts', 'uses.mts', 'uses.ts']) fs.writeFileSync(path.join(folder, name), uses);
+  for (const name of ['uses.cts', 'uses.mts', 'uses.ts'])
+    fs.writeFileSync(path.join(folder, name), uses);
   for (const name of ['commonjs.cts', 'module.mts']) {
     fs.copyFileSync(path.join(sources, name), path.join(folder, name));
   }

@@ -45,7 +45,8 @@ import type {
 import { start, stop } from 'deskhand/run-loop';
 
 /** Compiles only when the types are the same, in both directions. */
-type Same<A, B> = (<T>() => T extends A ? 1 : 2) extends <T>() => T extends B ? 1 : 2 ? true : false;
+type Same<A, B> =
+  (<T>() => T extends A ? 1 : 2) extends <T>() => T extends B ? 1 : 2 ? true : false;
 function is<A, B>(same: Same<A, B>): void {
   void same;
 }
@@ -67,7 +68,12 @@ is<ReturnType<typeof listDisplays>, DisplayRecord[]>(true);
 is<ReturnType<typeof getDisplaySize>, DisplayRecord>(true);
 is<ReturnType<typeof readClipboard>, string | null>(true);
 is<ReturnType<typeof writeClipboard>, void>(true);
-for (const check of [checkAccessibility, requestAccessibility, checkScreenRecording, requestScreenRecording]) {
+for (const check of [
+  checkAccessibility,
+  requestAccessibility,
+  checkScreenRecording,
+  requestScreenRecording,
+]) {
   is<ReturnType<typeof check>, boolean>(true);
 }
 is<typeof start, () => void>(true);
