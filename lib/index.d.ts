@@ -1,19 +1,35 @@
-// The reference of deskhand's functions.
-//
-// Spaces and units: positions and sizes of displays are in points, in one global desktop space whose
-// origin is the top-left corner of the primary display, y down; displays to the left or above have
-// negative coordinates. Sizes of pictures are in pixels. On X11 a point is a pixel.
-//
-// Mouse and keyboard: the functions post what a person's hands would, and return `true` once that is
-// done; whether a program acted on it they do not know. An event that the system cannot make is
-// skipped; without its permission (Accessibility on macOS) it ignores them all. Positions are in the
-// global desktop space and go to the system as they are, fractions and any other number. Pauses are
-// part of the gesture and block the calling thread; the times below are those of the pauses alone.
-//
-// Where the documentation of a mouse function, of `scroll` or of `keyHold` says that an argument is
-// converted, its type is not checked first. One of the wrong type counts as 0 or as an empty string,
-// the events are posted, and then the call throws: a `TypeError` with Node-API's own message,
-// `"A number was expected"` or `"A string was expected"`, the first one when there are several.
+/**
+ * Thirty functions that operate the desktop as a person would. Four return promises: {@link captureDisplay},
+ * {@link captureRegion}, {@link listInstalledApps} and {@link openApp}. On macOS their work goes through the
+ * main dispatch queue, which the host must service: every Cocoa application does, Electron for one; a plain
+ * Node.js process starts `deskhand/run-loop`. All others have done their work when they return.
+ *
+ * **Spaces and units.** Positions and sizes of displays are in points, in one global desktop space whose
+ * origin is the top-left corner of the primary display, y down; displays to the left or above have
+ * negative coordinates. Sizes of pictures are in pixels. On X11 a point is a pixel.
+ *
+ * **Mouse and keyboard.** The functions post what a person's hands would, and return `true` once that is
+ * done; whether a program acted on it they do not know. An event that the system cannot make is
+ * skipped; without its permission (Accessibility on macOS) it ignores them all. Positions are in the
+ * global desktop space and go to the system as they are, fractions and any other number. Pauses are
+ * part of the gesture and block the calling thread; the times below are those of the pauses alone.
+ * On X11 events go through XTEST, positions to the nearest pixel, and modifiers are keys that are really
+ * pressed, once before the gesture and released after it. Where the user holds modifiers himself, a click, a
+ * turn of the wheel, a chord or a text takes up to 1.1 seconds more: see docs/platforms.md.
+ *
+ * **Conversion.** Where the documentation of a mouse function, of {@link scroll} or of {@link keyHold} says that
+ * an argument is converted, its type is not checked first. One of the wrong type counts as 0 or as an empty
+ * string, the events are posted, and then the call throws: a `TypeError` with Node-API's own message,
+ * `"A number was expected"` or `"A string was expected"`, the first one when there are several.
+ *
+ * **Servers that hang.** On X11 a call that asks the server something, or posts events, gives up after about two
+ * seconds when no answer comes; one that looks at displays after a few. Without any server nothing waits.
+ *
+ * **Permissions.** macOS asks the user for two: Accessibility for mouse and keyboard, Screen Recording for
+ * pictures. Nothing else here needs one. X11 knows none: what the server lets us do is permitted.
+ *
+ * @packageDocumentation
+ */
 
 /** A size in whole pixels. */
 export interface PixelSize {
@@ -141,7 +157,7 @@ export interface DisplayCapture extends RegionCapture {
  *   - `"Screenshot capture failed"`, with `": "` and a description when there is one
  *   - `"Failed to encode screenshot to JPEG"`
  *   - `"Screenshot capture timed out after 10 seconds"`
- * @throws {Error} `"captureDisplay(excludeBundleIds: string[], quality?: number, displayId?: number)"`
+ * @throws `Error`: `"captureDisplay(excludeBundleIds: string[], quality?: number, displayId?: number)"`
  *   when the first argument is not an array; what an element's getter throws is passed on.
  */
 export function captureDisplay(
@@ -170,7 +186,7 @@ export function captureDisplay(
  *   - `"Region capture failed"`, with `": "` and a description when there is one
  *   - `"Failed to encode region screenshot to JPEG"`
  *   - `"Region capture timed out after 10 seconds"`
- * @throws {Error} `"captureRegion(excludeBundleIds: string[], x, y, w, h, outW, outH, quality?, displayId?)"`
+ * @throws `Error`: `"captureRegion(excludeBundleIds: string[], x, y, w, h, outW, outH, quality?, displayId?)"`
  *   when the first argument is not an array or one of the next six is not a number; what an element's
  *   getter throws is passed on.
  */
@@ -189,11 +205,11 @@ export function captureRegion(
 /**
  * The size to which a picture of `physWidth` × `physHeight` pixels is reduced: no edge above 1568
  * pixels, no more than 1568 tiles of 28 × 28 pixels, the proportions kept. A size within both is
- * returned as it is; 0 × 0 when an edge is below 1.
+ * returned as it is; 0 × 0 when an edge is below 1. It only computes: nothing is asked of the system.
  *
  * @param physWidth Physical pixels; truncated to a 32-bit integer that wraps around.
  * @param physHeight Likewise.
- * @throws {Error} `"calculateTargetSize(physWidth: number, physHeight: number)"` when one of them is not
+ * @throws `Error`: `"calculateTargetSize(physWidth: number, physHeight: number)"` when one of them is not
  *   a number.
  */
 export function calculateTargetSize(physWidth: number, physHeight: number): PixelSize;
@@ -209,7 +225,8 @@ export interface CursorPosition {
  * system, the third a triple one.
  *
  * Blocks for 50 ms after each press and 50 ms between clicks: 50 ms for one click, 150 ms for two,
- * 100 ms more for each further one.
+ * 100 ms more for each further one. Needs Accessibility on macOS. On X11 programs count clicks by themselves,
+ * by time and place.
  *
  * @param button `"left"`, `"right"` or `"1"`, `"middle"` or `"2"`, in any case; any other name means the
  *   left button. Spaces are not trimmed. Converted.
@@ -220,7 +237,7 @@ export interface CursorPosition {
  * @param modifiers Names of modifiers joined by `"+"`, which press and release carry: see
  *   {@link keyPress}. Case does not matter, spaces are not trimmed, empty and unknown names are skipped.
  *   Absent or not a string: none.
- * @throws {TypeError} `"mouseClick requires (button, x, y)"` with fewer than three arguments; nothing is
+ * @throws `TypeError`: `"mouseClick requires (button, x, y)"` with fewer than three arguments; nothing is
  *   posted. A conversion error as above, after the events.
  */
 export function mouseClick(
@@ -232,25 +249,26 @@ export function mouseClick(
 ): true;
 
 /**
- * Moves the pointer to a point, with no button held. Does not pause.
+ * Moves the pointer to a point, with no button held. Does not pause. Needs Accessibility on macOS. On X11 the
+ * server keeps the pointer on its screen, and a coordinate that is not a number moves nothing.
  *
  * @param x Points in the global desktop space. Converted.
  * @param y Likewise, downward.
- * @throws {TypeError} `"mouseMove requires (x, y)"` with fewer than two arguments; nothing is posted. A
+ * @throws `TypeError`: `"mouseMove requires (x, y)"` with fewer than two arguments; nothing is posted. A
  *   conversion error as above, after the event.
  */
 export function mouseMove(x: number, y: number): true;
 
 /**
  * Presses a button at a point, moves to another one in ten even steps, and releases it there. Blocks
- * for 250 ms, whatever the distance.
+ * for 250 ms, whatever the distance. Needs Accessibility on macOS.
  *
  * @param startX Points in the global desktop space. Converted, as the next three.
  * @param startY Likewise, downward.
  * @param endX Likewise. The release is exactly at the end.
  * @param endY Likewise, downward.
  * @param button As for {@link mouseClick}, not converted. Absent or not a string: the left button.
- * @throws {TypeError} `"mouseDrag requires (startX, startY, endX, endY)"` with fewer than four arguments;
+ * @throws `TypeError`: `"mouseDrag requires (startX, startY, endX, endY)"` with fewer than four arguments;
  *   nothing is posted. A conversion error as above, after the events.
  */
 export function mouseDrag(
@@ -263,60 +281,71 @@ export function mouseDrag(
 
 /**
  * Presses a button at a point, in one event: to be sure that the pointer is there, move it first.
- * Does not pause, and the button is held until {@link mouseUp}.
+ * Does not pause, and the button is held until {@link mouseUp}. Needs Accessibility on macOS. On X11 the pointer
+ * is moved there by the press.
  *
  * @param button As for {@link mouseClick}. Converted.
  * @param x Points in the global desktop space. Converted.
  * @param y Likewise, downward.
- * @throws {TypeError} `"mouseDown requires (button, x, y)"` with fewer than three arguments; nothing is
+ * @throws `TypeError`: `"mouseDown requires (button, x, y)"` with fewer than three arguments; nothing is
  *   posted. A conversion error as above, after the event.
  */
 export function mouseDown(button: string, x: number, y: number): true;
 
 /**
- * Releases a button at a point, in one event. Does not pause.
+ * Releases a button at a point, in one event. Does not pause. Needs Accessibility on macOS. On X11 the pointer
+ * is moved there by the release.
  *
  * @param button As for {@link mouseClick}. Converted.
  * @param x Points in the global desktop space. Converted.
  * @param y Likewise, downward.
- * @throws {TypeError} `"mouseUp requires (button, x, y)"` with fewer than three arguments; nothing is
+ * @throws `TypeError`: `"mouseUp requires (button, x, y)"` with fewer than three arguments; nothing is
  *   posted. A conversion error as above, after the event.
  */
 export function mouseUp(button: string, x: number, y: number): true;
 
 /**
  * Turns the scroll wheel by whole lines, in one event however many they are. Which way a sign scrolls is
- * the system's convention for wheel events, and its user's setting.
+ * the system's convention for wheel events, and its user's setting. Needs Accessibility on macOS.
+ *
+ * On X11 a line is a click of button 4 (up, a positive `deltaY`), 5 (down), 6 (left, a positive `deltaX`) or 7
+ * (right): 100,000 of each at most. More than 1,000 may block for up to ten seconds, while the server takes them.
  *
  * @param deltaX Horizontal lines. Converted, to a 32-bit integer: truncated, wrapping around.
  * @param deltaY Vertical lines, likewise.
  * @param x Where to scroll, points in the global desktop space: the pointer is moved there first, which
  *   blocks for 10 ms. Without two numbers `x` and `y` the wheel turns where the pointer is.
  * @param y Likewise, downward.
- * @throws {TypeError} `"scroll requires (deltaX, deltaY)"` with fewer than two arguments; nothing is
+ * @throws `TypeError`: `"scroll requires (deltaX, deltaY)"` with fewer than two arguments; nothing is
  *   posted. A conversion error as above, after the events.
  */
 export function scroll(deltaX: number, deltaY: number, x?: number, y?: number): true;
 
 /**
  * Where the pointer is. It may be handed to any mouse function unchanged. Never fails: 0, 0 when the
- * system does not say.
+ * system does not say. Blocks for the question alone. On macOS no permission is needed.
  */
 export function getCursorPosition(): CursorPosition;
 
 /**
  * Types text into whatever has the keyboard focus, whatever the keyboard's layout. A tab is the Tab key;
  * a line feed, a carriage return, or both in this order: `"\r\n"`, is the Return key; every other
- * character is typed as text, control characters too. Does not pause.
+ * character is typed as text, control characters too. Does not pause. Needs Accessibility on macOS.
+ *
+ * On X11 characters that no key of the layout has are lent keys. A text with more than some 76 different ones of
+ * this kind waits for the program that reads it; what it does not take within ten seconds is left out, as is
+ * what cannot be typed because another process types for as long. Control characters other than tab, line
+ * breaks, backspace, escape and delete have no key, and are left out.
  *
  * @param text Any string; on macOS it goes out in runs of 20 UTF-16 units. An empty one does nothing.
- * @throws {TypeError} `"typeText requires (text: string)"` when it is not a string; nothing is posted.
+ * @throws `TypeError`: `"typeText requires (text: string)"` when it is not a string; nothing is posted.
  */
 export function typeText(text: string): true;
 
 /**
  * Presses and releases a key, with modifiers. These travel on the key's own events: no keys of theirs
- * are pressed on macOS.
+ * are pressed on macOS. Needs Accessibility there. On X11 it is the key that has the symbol in the active
+ * layout, else the one in its place; `fn` has no counterpart, and is ignored.
  *
  * A chord is the name of a key and those of any modifiers, joined by `"+"`: `"cmd+shift+t"`. Case and
  * spaces do not matter (`"A"` is `"a"`, `"page up"` is `"pageup"`). Unknown words are skipped; of several
@@ -338,14 +367,14 @@ export function typeText(text: string): true;
  * @param chord The chord.
  * @param repeat How often to press and release it; truncated to a 32-bit integer that wraps around, below
  *   2 once; no upper limit. Blocks for 20 ms between two presses. Absent or not a number: once.
- * @throws {TypeError} `"keyPress requires (chord: string)"` when the chord is not a string.
- * @throws {Error} `"keyPress: no valid key found in chord '…'"`, with the chord as it was passed. Nothing
+ * @throws `TypeError`: `"keyPress requires (chord: string)"` when the chord is not a string.
+ * @throws `Error`: `"keyPress: no valid key found in chord '…'"`, with the chord as it was passed. Nothing
  *   is posted in either case.
  */
 export function keyPress(chord: string, repeat?: number): true;
 
 /**
- * Presses a chord's key, holds it, and releases it. Blocks for as long.
+ * Presses a chord's key, holds it, and releases it. Blocks for as long. Needs Accessibility on macOS.
  *
  * Types are not checked, and a second error cannot be thrown while one is pending: a chord that is not
  * a string, or one without a key together with a duration that is not a number, **ends the process**
@@ -354,10 +383,10 @@ export function keyPress(chord: string, repeat?: number): true;
  * @param chord As for {@link keyPress}. Converted.
  * @param durationMs Milliseconds between press and release, truncated to a 32-bit integer; below 1 none.
  *   Durations above 4,294,967 ms wrap around: the microseconds are counted in 32 bits. Converted.
- * @throws {TypeError} `"keyHold requires (chord: string, durationMs: number)"` with fewer than two
+ * @throws `TypeError`: `"keyHold requires (chord: string, durationMs: number)"` with fewer than two
  *   arguments; nothing is posted. A conversion error as above when only the duration is not a number,
  *   after the key was pressed and released.
- * @throws {Error} `"keyHold: no valid key found in chord '…'"`, with the chord as it was passed; nothing
+ * @throws `Error`: `"keyHold: no valid key found in chord '…'"`, with the chord as it was passed; nothing
  *   is posted.
  */
 export function keyHold(chord: string, durationMs: number): true;
@@ -367,7 +396,8 @@ export function keyHold(chord: string, durationMs: number): true;
  * this process included, if it is one. Without a bundle identifier an application is not listed. Never
  * `null`. On X11 these are the applications with an ordinary window, in the order of their processes.
  *
- * Blocks for the question alone, about a millisecond; on X11, where a server may hang, two seconds at most.
+ * Blocks for the question alone, about a millisecond; on X11, where a server may hang, two seconds at most. On
+ * macOS no permission is needed. Empty when there is no X server.
  */
 export function listRunningApps(): AppRecord[];
 
@@ -377,7 +407,8 @@ export function listRunningApps(): AppRecord[];
  * user's folder first.
  *
  * Does not block. Resolves within ten seconds, with an empty list when the index has not answered by then;
- * never rejects for that. On macOS the main dispatch queue must be serviced.
+ * never rejects for that. On macOS the main dispatch queue must be serviced; no permission is needed. On X11 no
+ * server is needed.
  */
 export function listInstalledApps(): Promise<InstalledAppRecord[]>;
 
@@ -387,7 +418,8 @@ export function listInstalledApps(): Promise<InstalledAppRecord[]>;
  * an application in `/Applications` and `/System/Applications`, on X11 in the folders of desktop entries.
  * It is taken as it is: neither are spaces cut off, nor is an ending `.app`.
  *
- * Blocks for a few small questions and files.
+ * Blocks for a few small questions and files; on X11, where a server may hang, for two seconds more at most. On
+ * macOS no permission is needed.
  *
  * @returns `null` when nothing has this name, and when `name` is not a string.
  */
@@ -406,7 +438,8 @@ export function getFrontmostApp(): AppRecord | null;
  * menus, notifications, windows that cannot be seen and those of this process are looked through. The left
  * and the top edge belong to a window, the right and the bottom one do not.
  *
- * Blocks for one question about all windows, about a millisecond. On macOS no permission is needed.
+ * Blocks for one question about all windows, about a millisecond; on X11, where a server may hang, two seconds
+ * at most. On macOS no permission is needed.
  *
  * @param x Global desktop space, points.
  * @param y Global desktop space, points.
@@ -417,8 +450,9 @@ export function appUnderPoint(x: number, y: number): AppRecord | null;
 /**
  * Launches an application, or brings it to the front when it runs already.
  *
- * Does not block. On macOS the main dispatch queue must be serviced. On X11 a launched program has nothing
- * of this process's but its environment, and outlives it.
+ * Does not block. On macOS the main dispatch queue must be serviced; no permission is needed. On X11 a launched
+ * program has nothing of this process's but its environment and working directory, and outlives it; one that
+ * runs is raised, and made active by the window manager.
  *
  * @param bundleId Compared exactly; {@link resolveAppName} finds it.
  * @returns `true` once the application is open and active; `false` when there is none with this identifier,
@@ -428,7 +462,8 @@ export function openApp(bundleId: string): Promise<boolean>;
 
 /**
  * Hides applications, every running instance of each; those that are hidden already are left alone. On X11
- * their windows are minimized. Returns at once; whether a program complies is not known.
+ * their windows are minimized. Returns at once; whether a program complies is not known. On macOS no permission
+ * is needed. Throws nothing.
  *
  * @param bundleIds Compared exactly. Elements that are not strings are skipped; anything but an array is
  *   ignored.
@@ -437,7 +472,8 @@ export function hideApps(bundleIds: readonly string[]): void;
 
 /**
  * Shows hidden applications again; those that are not hidden are left alone. On X11 the windows that
- * {@link hideApps} minimized come back, and those that the user had minimized stay.
+ * {@link hideApps} minimized come back, and those that the user had minimized stay; where it minimized none,
+ * the user did, and all come back. Returns, and throws nothing, as {@link hideApps}.
  *
  * @param bundleIds As for {@link hideApps}.
  */
@@ -456,7 +492,8 @@ export function getWindowList(): WindowRecord[];
 /**
  * The attached displays, the primary one first; none when there is no display. Nothing is cached: a
  * display that is attached, moved or removed is seen by the next call. Blocks for the question alone:
- * well under a millisecond; on X11, where a server may hang, a few seconds at most.
+ * well under a millisecond; on X11, where a server may hang, a few seconds at most. On macOS no permission is
+ * needed.
  */
 export function listDisplays(): DisplayRecord[];
 
@@ -474,14 +511,17 @@ export function getDisplaySize(displayId?: number): DisplayRecord;
  * The plain text on the clipboard, up to its first U+0000.
  *
  * Blocks until it is there: at once on macOS. On X11 it is fetched from the program that has it, which has
- * one second to begin and as much longer as its text would take at 5 MB a second.
+ * one second to begin and as much longer as its text would take at 1 MB a second, with no silence of more than a
+ * second. Texts above 128 MiB are not read. On macOS no permission is needed.
  *
  * @returns `null` when there is no plain text there, and when it is not told in time; `""` is a text.
  */
 export function readClipboard(): string | null;
 
 /**
- * Replaces whatever is on the clipboard by a text. Whether the system accepts it is not known.
+ * Replaces whatever is on the clipboard by a text. Whether the system accepts it is not known. Does not block;
+ * on X11, where a server may hang, for two seconds at most, and then changes nothing. On macOS no permission is
+ * needed. Throws nothing.
  *
  * On X11 the text is served by a thread of this process as long as that lives, and then handed to a
  * clipboard manager if there is one; without one it ends with the process.
@@ -492,13 +532,14 @@ export function writeClipboard(text: string): void;
 
 /**
  * Whether this process may make mouse and keyboard events now: the Accessibility permission on macOS, a
- * server with the XTEST extension on X11. Asks nobody, caches nothing.
+ * server with the XTEST extension on X11. Asks nobody, caches nothing. Blocks for the question alone; on X11,
+ * where a server may hang, two seconds at most. So do the next three.
  */
 export function checkAccessibility(): boolean;
 
 /**
  * The same; when it may not, macOS asks the user, who decides in the system's settings. The answer is not
- * waited for: the result is that of the moment. On X11 there is nobody to ask.
+ * waited for: the result is that of the moment. On X11 there is nobody to ask: this is {@link checkAccessibility}.
  */
 export function requestAccessibility(): boolean;
 
@@ -508,5 +549,9 @@ export function requestAccessibility(): boolean;
  */
 export function checkScreenRecording(): boolean;
 
-/** The same; when it may not, macOS may ask the user, as {@link requestAccessibility} does. */
+/**
+ * The same; when it may not, macOS may ask the user, as {@link requestAccessibility} does. A program that is
+ * permitted then may have to be started anew before it can read the screen. On X11 this is
+ * {@link checkScreenRecording}.
+ */
 export function requestScreenRecording(): boolean;

@@ -87,7 +87,6 @@ describe('wrong arguments', () => {
     [['click', '1', '2', '3'], /^too many arguments/],
     [['click', '1', '2', '--count', '0'], /whole number from 1 to 100/],
     [['click', '1', '2', '--button', 'fourth'], /Allowed choices are left, right, middle/],
-    [['click', '-1', '--', '-2', 'x'], /^too many arguments/],
     [['click', '-1', '-2', '--foo'], /^unknown option '--foo'$/],
     [['move', 'Infinity', '2'], /must be a number/],
     [['scroll', '0', '1.5'], /must be a whole number/],
@@ -121,6 +120,11 @@ describe('wrong arguments', () => {
       assert.match(error.message, pattern);
     });
   }
+
+  test('a negative number is an argument, also before "--"', () => {
+    assert.match(deskhand(['click', '-1', '--', '-2', 'x']).errors, /^deskhand: too many arguments/);
+    assert.match(deskhand(['click', '-1', '--help']).output, /^Usage: deskhand click/);
+  });
 
   test('--json behind "--" is a text, and asks for nothing', () => {
     assert.match(deskhand(['type', '--', '--json', 'x']).errors, /^deskhand: too many arguments/);
@@ -248,11 +252,14 @@ describe('whom macOS asks about', () => {
   700     1 /usr/sbin/sshd
   701   700 sshd: somebody@ttys001
   702   701 node
+  800   502 /Applications/Tool.app/Contents/MacOS/Tool
+  801   800 node
 `;
 
   test('is the application in which it began, the outermost one', () => {
     const path = '/System/Applications/Utilities/Terminal.app';
     assert.deepEqual(responsibleProgram(PROCESSES, 503), { name: 'Terminal', path });
+    assert.deepEqual(responsibleProgram(PROCESSES, 801), { name: 'Terminal', path });
     const editor = { name: 'An Editor', path: '/Applications/An Editor.app' };
     assert.deepEqual(responsibleProgram(PROCESSES, 603), editor);
   });
