@@ -66,6 +66,22 @@ test('nothing is run when the package is installed', () => {
   assert.deepEqual({ gypfile, os }, { gypfile: undefined, os: undefined });
 });
 
+test('the package installs without a network, and brings the program', (t) => {
+  const { tarball, folder } = packPackage(t);
+  const place = path.join(folder, 'empty');
+  fs.mkdirSync(place);
+  const quiet = ['--offline', '--no-audit', '--no-fund', '--prefix', place];
+  const cache = path.join(folder, 'cache');
+  const installed = spawnSync('npm', ['install', ...quiet, '--cache', cache, tarball], {
+    cwd: place,
+    encoding: 'utf8',
+  });
+  assert.equal(installed.status, 0, installed.stderr);
+  const program = path.join(place, 'node_modules', '.bin', 'deskhand');
+  const { stdout, stderr } = spawnSync(program, ['--version'], { encoding: 'utf8' });
+  assert.deepEqual([stdout, stderr], [`${manifest.version}\n`, '']);
+});
+
 test('publint finds nothing wrong', async (t) => {
   const { tarball } = packPackage(t);
   const bytes = fs.readFileSync(tarball);
