@@ -28,6 +28,10 @@
  * **Permissions.** macOS asks the user for two: Accessibility for mouse and keyboard, Screen Recording for
  * pictures. Nothing else here needs one. X11 knows none: what the server lets us do is permitted.
  *
+ * **Loading.** Where no binary loads, the first `require` or `import` throws an `Error` with the `code`
+ * `"ERR_DESKHAND_LOAD"`: its `message` says what was tried, why each failed and what to do, its `hint` the last
+ * part alone, and its `cause` is what the loader said. Loading itself starts no thread and asks for nothing.
+ *
  * @packageDocumentation
  */
 

@@ -33,7 +33,8 @@ function deskhand(
   args,
   { program = path.join(root, 'bin', 'deskhand.js'), input = '', ...variables } = {},
 ) {
-  const env = { ...process.env, DISPLAY: undefined, COLUMNS: '100', ...variables };
+  const none = { DISPLAY: undefined, WAYLAND_DISPLAY: undefined };
+  const env = { ...process.env, ...none, COLUMNS: '100', ...variables };
   const options = { env, encoding: 'utf8', input };
   const { status, stdout, stderr } = spawnSync(process.execPath, [program, ...args], options);
   return { status, output: stdout, errors: stderr };
