@@ -23,8 +23,9 @@ async function keepText(addon, text) {
   server.send(text);
   const ended = once(server, 'exit').then(() => [false]);
   const [isServed] = await Promise.race([once(server, 'message'), ended]);
-  if (!isServed)
+  if (!isServed) {
     throw new Failure('the text could not be put on the clipboard', 'Run "deskhand doctor".');
+  }
   server.unref();
   server.disconnect();
   return server.pid;
