@@ -8,8 +8,9 @@ const isMac = () => process.platform === 'darwin';
 
 /** When there is no display, or none that answers. */
 function displayHint() {
-  if (isMac())
+  if (isMac()) {
     return 'Attach a display, or begin in a session that has one: over ssh there may be none.';
+  }
   const { DISPLAY } = process.env;
   if (!DISPLAY) {
     return (
