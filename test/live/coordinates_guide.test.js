@@ -15,7 +15,7 @@ const [BLUE, ORANGE, GREY] = ['#1a5fb4', '#b5541c', '#808080'];
 const HALF = 12;
 
 /** The functions of the page; `addon` stands for what they require. */
-function functionsOf(addon) {
+function functionsOf(addon = {}) {
   const names = ['toDesktop', 'toPicture', 'captureDesktopRegion', 'regionToDesktop'];
   const source = `${codeOf(PAGE, 'js').join('\n')}\nreturn { ${names.join(', ')} };`;
   return new Function('require', source)(() => addon);

@@ -27,7 +27,8 @@ function installExamples(t, packages = { deskhand: root }) {
  * ended well.
  */
 function runScript(t, env, folder, file, args = []) {
-  const child = start(t, process.execPath, [path.join(folder, file), ...args.map(String)], {
+  const words = [process.execPath, path.join(folder, file), ...args.map(String)];
+  const child = start(t, 'env', ['-C', folder, ...words], {
     env: hostEnvironment(env),
     stdio: ['ignore', 'pipe', 'pipe'],
   });
