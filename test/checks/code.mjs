@@ -26,3 +26,10 @@ export function scriptsNamed(text) {
   const runs = [...text.matchAll(/\bnpm run ([\w:-]+)/g)].map(([, name]) => name);
   return { files: [...new Set(files)], runs: [...new Set(runs)] };
 }
+
+/** The paths of this repository that a text names in code spans; patterns and made-up names are none. */
+export function pathsNamed(text) {
+  const folders = 'src|test|docs|lib|cmake|demo|bench|examples';
+  const spans = text.matchAll(new RegExp(`\`((?:${folders})/[\\w./-]*)\``, 'g'));
+  return [...new Set([...spans].map(([, name]) => name))];
+}

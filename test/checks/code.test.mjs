@@ -6,7 +6,7 @@ import path from 'node:path';
 import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
-import { blocksOf, namesUsed, scriptsNamed } from './code.mjs';
+import { blocksOf, namesUsed, pathsNamed, scriptsNamed } from './code.mjs';
 import { findDocuments } from './links.mjs';
 
 const root = path.join(path.dirname(fileURLToPath(import.meta.url)), '..', '..');
@@ -52,11 +52,23 @@ test('every script that a document names is there', () => {
   }
 });
 
-test('names and scripts are found in text', () => {
+test('every path that a document names is there', () => {
+  // Within a folder paths may be counted from there.
+  const isThere = (name, document) =>
+    [root, path.join(root, path.dirname(document))].some((base) => existsSync(path.join(base, name)));
+  for (const document of documents) {
+    const missing = pathsNamed(read(document)).filter((name) => !isThere(name, document));
+    assert.deepEqual(missing, [], document);
+  }
+});
+
+test('names, scripts and paths are found in text', () => {
   const code = "const { a, b } = require('deskhand');\nimport { c, type D } from 'deskhand';\ndeskhand.e();";
   assert.deepEqual(namesUsed(code), ['a', 'b', 'c', 'e']);
   assert.deepEqual(scriptsNamed('`./scripts/build`, scripts/lib.sh. npm run build:darwin'), {
     files: ['scripts/build', 'scripts/lib.sh'],
     runs: ['build:darwin'],
   });
+  const text = '`src/addon/module.cc`, `test/live`, `src/<subject>/x.cc`, `test/*.js`, src/bare.cc';
+  assert.deepEqual(pathsNamed(text), ['src/addon/module.cc', 'test/live']);
 });
