@@ -1,6 +1,6 @@
 // The documents refer to what is there.
 import assert from 'node:assert/strict';
-import { mkdtempSync, rmSync, writeFileSync } from 'node:fs';
+import { mkdtempSync, readFileSync, readdirSync, rmSync, writeFileSync } from 'node:fs';
 import { tmpdir } from 'node:os';
 import path from 'node:path';
 import { test } from 'node:test';
@@ -14,6 +14,16 @@ test('every link between the documents leads to a file and a heading', () => {
   const documents = findDocuments(root);
   assert.ok(documents.includes('README.md') && documents.includes('docs/platforms.md'));
   assert.deepEqual(findBrokenLinks(root, documents), []);
+});
+
+test('every guide is in the index of guides, and every example in that of examples', () => {
+  const isListed = (index, name) => linksOf(readFileSync(path.join(root, index), 'utf8')).includes(name);
+  const namesIn = (folder, pattern) =>
+    readdirSync(path.join(root, folder)).filter((name) => pattern.test(name) && name !== 'README.md');
+  for (const name of namesIn('docs', /\.md$/)) assert.ok(isListed('docs/README.md', name), name);
+  for (const name of namesIn('examples', /\.m?js$/)) {
+    assert.ok(isListed('examples/README.md', name), name);
+  }
 });
 
 test('a link to a missing file, a missing heading or out of the folder is reported', (t) => {
