@@ -58,6 +58,14 @@ test('screenshot.js says what is wrong where there is no display', async (t) => 
   assert.match(await script.fails(), /^Failed to get shareable content: cannot connect/);
 });
 
+test('with-run-loop.js goes before a program, which works as without it', async (t) => {
+  const desktop = await startDesktop(t, { screen: '1000x600x24' });
+  const folder = installExamples(t);
+  const before = { ...desktop.env, NODE_OPTIONS: `--require=${path.join(folder, 'with-run-loop.js')}` };
+  assert.match(await runScript(t, before, folder, 'screenshot.js').ends(), /1000 x 600 pixels/);
+  assert.equal((await pictureIn(path.join(folder, 'screen.jpg'))).width, 1000);
+});
+
 test('find-and-click.mjs clicks on what it finds in a reduced picture', async (t) => {
   const desktop = await startDesktop(t, { manager: true, screen: '3000x2000x24' });
   const { addon, painter } = desktop;
