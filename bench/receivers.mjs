@@ -1,5 +1,6 @@
-// Programs that text is typed into. receive(type) calls `type` when an empty field has the keyboard,
-// and resolves with the text that arrived and the milliseconds from the call until all of it was there.
+// Programs that text is typed into. receive(type) calls `type` when an empty field has the keyboard, in a
+// program that has been typed into before and now rests; it resolves with the text that arrived and the
+// milliseconds from the call until all of it was there.
 import { execFile, spawn } from 'node:child_process';
 import { once } from 'node:events';
 import { performance } from 'node:perf_hooks';
@@ -16,8 +17,13 @@ const LONGEST_MS = 120_000;
 // A page on a busy machine shows nothing of a text for a while.
 const LONGEST_START_MS = 15_000;
 
-// A new page's first keys take it much longer than all that follow.
+// A program's first keys take it much longer than all that follow.
 const WARM_UP = 'the quick brown fox jumps over the lazy dog '.repeat(10);
+const REST_MS = 1000;
+
+const typeWarmUp = () => run('xdotool', ['type', '--delay', '3', WARM_UP]);
+const eraseAll = () => run('xdotool', ['key', 'ctrl+a', 'BackSpace']);
+const nowMs = () => performance.timeOrigin + performance.now();
 
 /** Whether the window has become the active one; a window manager may have to be told. */
 async function activate(title) {
@@ -36,17 +42,18 @@ export function pageReceiver(workbench) {
       await workbench.becomes('the page is there', ({ places }) => places.field.x > 0);
       const { x, y } = workbench.state().places.field;
       await run('xdotool', ['mousemove', Math.round(x), Math.round(y), 'click', '1']);
-      await run('xdotool', ['type', '--delay', '3', WARM_UP]);
+      await typeWarmUp();
       await workbench.becomes('a warm page', ({ text }) => text.length >= WARM_UP.length);
-      await run('xdotool', ['key', 'ctrl+a', 'BackSpace']);
+      await eraseAll();
       await workbench.becomes('an empty field', ({ text }) => text === '');
-      const start = performance.now();
+      await delay(REST_MS);
+      const start = nowMs();
       let last = { text: '', at: start };
       await type();
       const patience = () => (last.at === start ? LONGEST_START_MS : STILL_MS);
-      while (performance.now() < last.at + patience() && last.at < start + LONGEST_MS) {
-        const { text } = workbench.state();
-        if (text !== last.text) last = { text, at: performance.now() };
+      while (nowMs() < last.at + patience() && last.at < start + LONGEST_MS) {
+        const { text, changedAtMs } = workbench.state();
+        if (text !== last.text) last = { text, at: changedAtMs };
         await delay(10);
       }
       return { text: last.text, ms: last.at - start };
@@ -63,14 +70,21 @@ export const entryReceiver = {
       stdio: ['ignore', 'pipe', 'ignore'],
     });
     let text = '';
-    entry.stdout.setEncoding('utf8').on('data', (data) => (text += data));
+    let toldAtMs = NaN;
+    entry.stdout.setEncoding('utf8').on('data', (data) => {
+      text += data;
+      toldAtMs = nowMs();
+    });
     const ended = once(entry, 'exit');
     await until(title, 30, () => activate(title));
     await delay(300); // the field takes the keyboard a moment after the window
-    const start = performance.now();
+    await typeWarmUp();
+    await eraseAll();
+    await delay(REST_MS);
+    const start = nowMs();
     await type();
     await run('xdotool', ['key', '--delay', '0', 'Return']);
     await ended;
-    return { text: text.replace(/\n$/, ''), ms: performance.now() - start };
+    return { text: text.replace(/\n$/, ''), ms: toldAtMs - start };
   },
 };
