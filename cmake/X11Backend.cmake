@@ -1,26 +1,9 @@
 # The Linux/X11 backend: XCB, libjpeg-turbo, xkbcommon, GLib.
 find_package(PkgConfig REQUIRED)
-set(_small xcb-composite xcb-damage xcb-randr xcb-render xcb-res xcb-shm xcb-xfixes xcb-xinput xcb-xkb
-           xcb-xtest xcb libjpeg)
-pkg_check_modules(SMALL REQUIRED IMPORTED_TARGET ${_small})
-# GLib keeps one list of types for the whole process, and so cannot be there twice; of xkbcommon
-# Debian has no static library.
-pkg_check_modules(SHARED REQUIRED IMPORTED_TARGET xkbcommon gio-unix-2.0)
-
-# For the binary that is published, so that it needs little of the system that it comes to.
-option(DESKHAND_STATIC "Link what is small statically" OFF)
-add_library(x11_libraries INTERFACE)
-target_link_libraries(x11_libraries INTERFACE PkgConfig::SHARED Threads::Threads)
-if(DESKHAND_STATIC)
-  foreach(_name IN LISTS _small ITEMS Xau Xdmcp)
-    string(REGEX REPLACE "^lib" "" _name ${_name})
-    find_library(STATIC_${_name} lib${_name}.a REQUIRED)
-    target_link_libraries(x11_libraries INTERFACE ${STATIC_${_name}})
-  endforeach()
-  target_include_directories(x11_libraries SYSTEM INTERFACE ${SMALL_INCLUDE_DIRS})
-else()
-  target_link_libraries(x11_libraries INTERFACE PkgConfig::SMALL)
-endif()
+set(DESKHAND_SMALL_LIBRARIES xcb-composite xcb-damage xcb-randr xcb-render xcb-res xcb-shm xcb-xfixes
+                             xcb-xinput xcb-xkb xcb-xtest xcb libjpeg)
+pkg_check_modules(SMALL REQUIRED IMPORTED_TARGET ${DESKHAND_SMALL_LIBRARIES})
+pkg_check_modules(LARGE REQUIRED IMPORTED_TARGET xkbcommon gio-unix-2.0)
 
 add_library(deskhand_platform OBJECT
     src/platform/x11/active_window.cc
@@ -97,7 +80,7 @@ add_library(deskhand_platform OBJECT
     src/platform/x11/window_support.cc
     src/platform/x11/window_watch.cc
     src/platform/x11/windows.cc)
-target_link_libraries(deskhand_platform PUBLIC x11_libraries)
+target_link_libraries(deskhand_platform PUBLIC PkgConfig::SMALL PkgConfig::LARGE Threads::Threads)
 deskhand_share_headers(deskhand_platform <xcb/xcb.h>)
 
 # The scaler's innermost loops, once for any processor and once for those with AVX2.

@@ -1,6 +1,7 @@
 'use strict';
 
-// The packages of Debian and Ubuntu that have the shared libraries of the Linux binary.
+// The packages of Debian and Ubuntu that have the shared libraries of a Linux binary: of the published one,
+// and of one that was built from source, which is linked to more.
 
 const PACKAGES = {
   'libgio-2.0.so.0': 'libglib2.0-0',
@@ -27,20 +28,9 @@ const PACKAGES = {
   'libxkbcommon.so.0': 'libxkbcommon0',
 };
 
-/** Those that others bring along, or that every system has. */
-const IMPLIED = new Set([
-  'libgcc-s1',
-  'libstdc++6',
-  'libx11-xcb1',
-  'libxau6',
-  'libxcb1',
-  'libxdmcp6',
-]);
-
 const packageOf = (library) => PACKAGES[library];
 
-const ALL_PACKAGES = [...new Set(Object.values(PACKAGES))]
-  .filter((name) => !IMPLIED.has(name))
-  .sort();
+/** All that the published binary needs and that Node.js does not need, too. */
+const ALL_PACKAGES = ['libglib2.0-0', 'libxkbcommon0'];
 
 module.exports = { ALL_PACKAGES, packageOf };

@@ -14,7 +14,7 @@ const { hasExited, start } = require('../support/processes.js');
 const { until } = require('../support/until.js');
 
 const PAGE = 'containers.md';
-const BINARY = path.join(root, 'build', 'release', 'deskhand.node');
+const BINARY = path.join(root, 'build', 'release', 'published', 'deskhand.node');
 
 /** What comes with Node.js or with every Debian. */
 const ALWAYS_THERE = ['libc6', 'libgcc-s1', 'libstdc++6'];

@@ -1,13 +1,15 @@
-// How the Linux binary is linked: what it shows, what it needs, and when it is bound.
+// How the published Linux binary is linked: what it shows, what it needs, and when it is bound.
+// Build it first: scripts/build-linux.
 import assert from 'node:assert/strict';
 import { execFileSync } from 'node:child_process';
+import fs from 'node:fs';
 import { createRequire } from 'node:module';
 import path from 'node:path';
 import { test } from 'node:test';
 import { fileURLToPath } from 'node:url';
 
 const root = path.join(path.dirname(fileURLToPath(import.meta.url)), '..', '..');
-const addon = path.join(root, 'build', 'release', 'deskhand.node');
+const addon = path.join(root, 'build', 'release', 'published', 'deskhand.node');
 const require = createRequire(import.meta.url);
 const run = (command, ...args) =>
   execFileSync(command, args, { encoding: 'utf8', stdio: ['ignore', 'pipe', 'ignore'] });
@@ -52,21 +54,26 @@ test('the shared libraries that it needs are the documented ones', onLinux, () =
       'libgio-2.0.so.0',
       'libglib-2.0.so.0',
       'libgobject-2.0.so.0',
-      'libjpeg.so.62',
       'libm.so.6',
       'libstdc++.so.6',
-      'libxcb-composite.so.0',
-      'libxcb-damage.so.0',
-      'libxcb-randr.so.0',
-      'libxcb-render.so.0',
-      'libxcb-res.so.0',
-      'libxcb-shm.so.0',
-      'libxcb-xfixes.so.0',
-      'libxcb-xinput.so.0',
-      'libxcb-xkb.so.1',
-      'libxcb-xtest.so.0',
-      'libxcb.so.1',
       'libxkbcommon.so.0',
     ],
   );
+});
+
+/** The highest version of a library's symbols that the binary refers to. */
+function highestVersion(library) {
+  const references = run('objdump', '--dynamic-syms', addon).matchAll(
+    new RegExp(`\\(${library}_([0-9.]+)\\)`, 'g'),
+  );
+  const versions = [...references].map(([, version]) => version.split('.').map(Number));
+  const inOrder = versions.sort(([a, b, c = 0], [x, y, z = 0]) => a - x || b - y || c - z);
+  return inOrder.at(-1).join('.');
+}
+
+test('the C and C++ libraries may be as old as documented', onLinux, () => {
+  assert.equal(highestVersion('GLIBC'), '2.34');
+  assert.equal(highestVersion('GLIBCXX'), '3.4.30');
+  const guide = fs.readFileSync(path.join(root, 'docs', 'getting-started.md'), 'utf8');
+  assert.match(guide, /glibc 2\.34 .*libstdc\+\+ of GCC 12/);
 });
