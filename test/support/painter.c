@@ -28,7 +28,7 @@
 //   wallpaper COLOUR COLOUR announced|silent   a tile as its background
 //   grab PATH           writes the whole screen to PATH as a PPM file
 //   settle              paints what has been exposed
-//   manage              announces itself as the window manager, see the Extended Window Manager Hints
+//   manage              announces itself as the window manager
 //   managed             answers "error" while no window manager shows new windows
 //   composited          answers "error" while no compositing manager has announced itself
 //   storm SEED WINDOW-ARGUMENTS [steady]   changes many windows as fast as it can
@@ -275,12 +275,11 @@ static bool Run(const char* command, const char* arguments) {
   static const struct {
     const char* name;
     bool (*run)(void);
-  } bare[] = {
-      {"manage", AnnounceManager},
-      {"managed", IsManaged},
-      {"composited", IsComposited},
-      {"settle", Settle},
-      {"calm", Calm}};
+  } bare[] = {{"manage", AnnounceManager},
+              {"managed", IsManaged},
+              {"composited", IsComposited},
+              {"settle", Settle},
+              {"calm", Calm}};
   for (size_t index = 0; index < sizeof(plain) / sizeof(*plain); ++index) {
     if (strcmp(command, plain[index].name) == 0) return plain[index].run(arguments);
   }

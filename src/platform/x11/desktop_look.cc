@@ -71,8 +71,7 @@ class Sorter {
       owners.push_back(OwnerOf(window));
       if (window.is_ordinary) owners.back()->windows.push_back(window);
     }
-    DesktopLook look{.windows = std::move(windows),
-                     .owners = {owners.begin(), owners.end()}};
+    DesktopLook look{.windows = std::move(windows), .owners = {owners.begin(), owners.end()}};
     for (const auto& [key, application] : applications_) look.applications.push_back(application);
     return look;
   }
