@@ -30,13 +30,21 @@ async function startScene(t) {
   return { env, server, host, addon: host.addon, peer: startClipboardPeer(t, env) };
 }
 
-/** What `action` resolves with, so long as it takes no longer. */
+const TRIES = 3;
+
+/**
+ * What `action` resolves with the first time that it takes no longer. A busy machine delays one try, a
+ * wait that should not be delays all.
+ */
 async function within(boundMs, action) {
-  const start = performance.now();
-  const result = await action();
-  const taken = performance.now() - start;
-  assert.ok(taken < boundMs, `took ${Math.round(taken)} ms`);
-  return result;
+  const taken = [];
+  while (taken.length < TRIES) {
+    const start = performance.now();
+    const result = await action();
+    taken.push(Math.round(performance.now() - start));
+    if (taken.at(-1) < boundMs) return result;
+  }
+  return assert.fail(`took ${taken.join(', ')} ms`);
 }
 
 async function paste(env) {
@@ -82,9 +90,12 @@ describe('a program that has the clipboard', { concurrency: 4 }, () => {
   }
 
   test('and dies in the middle of a text leaves none, at once', async (t) => {
-    const { env, addon, peer } = await startScene(t);
-    await peer.halfway('die');
-    assert.equal(await within(GONE_MS, () => addon.readClipboard()), null);
+    const { env, addon } = await startScene(t);
+    const read = async () => {
+      await startClipboardPeer(t, env).halfway('die');
+      return addon.readClipboard();
+    };
+    assert.equal(await within(GONE_MS, read), null);
     await assertWorks({ env, addon, peer: startClipboardPeer(t, env) });
   });
 

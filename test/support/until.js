@@ -5,7 +5,7 @@ const { setTimeout: delay } = require('node:timers/promises');
 const INTERVAL_MS = 10;
 
 /** The first truthy value of `condition`, asked again and again; fails when none comes in time. */
-async function until(condition, what, { timeoutMs = 10_000 } = {}) {
+async function until(condition, what, { timeoutMs = 30_000 } = {}) {
   const deadline = performance.now() + timeoutMs;
   for (;;) {
     const value = await condition();
