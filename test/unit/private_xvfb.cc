@@ -1,6 +1,9 @@
 #include "unit/private_xvfb.h"
 
+#include <cstdio>
 #include <cstdlib>
+#include <fstream>
+#include <iomanip>
 
 #include <fcntl.h>
 #include <signal.h>
@@ -9,6 +12,18 @@
 #include <unistd.h>
 
 namespace deskhand {
+namespace {
+
+/// Makes the lock of a server this process's own, so that until its end no other server takes the
+/// number, and nobody who looks for the one that has gone finds another.
+void TakeLock(const std::string& display) {
+  const std::string lock = "/tmp/.X" + display.substr(1) + "-lock";
+  const std::string own = lock + "-" + std::to_string(getpid());
+  std::ofstream(own) << std::setw(10) << getpid() << '\n';
+  std::rename(own.c_str(), lock.c_str());
+}
+
+}  // namespace
 
 PrivateXvfb::PrivateXvfb() {
   int ends[2];
@@ -44,6 +59,7 @@ void PrivateXvfb::Continue() const { kill(pid_, SIGCONT); }
 
 void PrivateXvfb::Kill() {
   if (pid_ <= 0) return;
+  if (!display_.empty()) TakeLock(display_);
   kill(pid_, SIGKILL);
   waitpid(pid_, nullptr, 0);
   pid_ = -1;
