@@ -89,6 +89,14 @@ describe('a program that has the clipboard', { concurrency: 4 }, () => {
     });
   }
 
+  test('and answers too late finds who has asked, and does no harm', async (t) => {
+    const scene = await startScene(t);
+    await scene.peer.hang();
+    assert.equal(await scene.addon.readClipboard(), null);
+    await scene.peer.answerLate();
+    await assertWorks(scene);
+  });
+
   test('and dies in the middle of a text leaves none, at once', async (t) => {
     const { env, addon } = await startScene(t);
     const read = async () => {

@@ -4,6 +4,7 @@
 //
 //   offer TARGET=HEX...   takes the clipboard; gives these bytes when asked so, and its TARGETS
 //   hang                  takes the clipboard, and answers nobody
+//   late                  answers the last request after all; "error" when its window has gone
 //   halfway die|hang|BYTES   takes the clipboard, announces a text of many pieces, and gives one:
 //                         then it dies, or falls silent, or gives as many bytes at once, and again
 //   ask TARGET...         asks for the clipboard; answers "ok" and a word for each, TYPE:HEX or
@@ -99,10 +100,9 @@ struct Command {
 };
 
 static const struct Command commands[] = {
-    {"offer", MakeOffers}, {"hang", Hang},      {"halfway", GoHalfway},
-    {"ask", Ask},          {"early", AskEarly}, {"multiple", AskMultiple},
-    {"stall", Stall},      {"resume", Resume},  {"vanish", Vanish},
-    {"manage", Manage},    {"kept", TellKept},
+    {"offer", MakeOffers}, {"hang", Hang},      {"late", AnswerLate},      {"halfway", GoHalfway},
+    {"ask", Ask},          {"early", AskEarly}, {"multiple", AskMultiple}, {"stall", Stall},
+    {"resume", Resume},    {"vanish", Vanish},  {"manage", Manage},        {"kept", TellKept},
 };
 
 static bool Run(const char* name, char* words) {

@@ -39,6 +39,7 @@ void AnswerRequest(const xcb_selection_request_event_t* request);
 void AnswerDeletion(const xcb_property_notify_event_t* change);
 bool MakeOffers(char* words);
 bool Hang(char* words);
+bool AnswerLate(char* words);
 bool GoHalfway(char* words);
 bool Manage(char* words);
 bool TellKept(char* words);

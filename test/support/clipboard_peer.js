@@ -33,6 +33,8 @@ function startClipboardPeer(t, env) {
     offer: (contents) =>
       order('offer', ...Object.entries(contents).map(([target, it]) => `${target}=${hex(it)}`)),
     hang: () => order('hang'),
+    /** Answers who asked last after all; rejects when he has gone. */
+    answerLate: () => order('late'),
     /** `then`: 'die', 'hang', or the number of bytes in each piece of a text without an end. */
     halfway: (then) => order('halfway', then),
     ask: async (...targets) => (await order('ask', ...targets)).map(readValue),

@@ -18,6 +18,7 @@ struct Offer {
 static struct Offer offers[kMostOffers];
 static size_t offer_count;
 static enum { kGood, kSilent, kHalfway } manners;
+static xcb_selection_request_event_t unanswered;
 
 // A text that never ends.
 static enum { kDies, kFallsSilent, kGoesOn } at_second_piece;
@@ -116,7 +117,20 @@ void AnswerRequest(const xcb_selection_request_event_t* request) {
     Notify(request, true);
   } else if (manners == kGood) {
     Notify(request, Give(request));
+  } else {
+    unanswered = *request;
   }
+}
+
+bool AnswerLate(char* words) {
+  (void)words;
+  xcb_generic_error_t* error = xcb_request_check(
+      connection,
+      xcb_change_property_checked(connection, XCB_PROP_MODE_REPLACE, unanswered.requestor,
+                                  unanswered.property, unanswered.target, 8, 4, "late"));
+  Notify(&unanswered, true);
+  free(error);
+  return !error;
 }
 
 bool MakeOffers(char* words) {

@@ -26,13 +26,20 @@ constexpr std::chrono::microseconds kTimePerByte{1};
 /// However much has come by then.
 constexpr std::chrono::milliseconds kLongestSilence{950};
 
+/// A program may give the clipboard to another while it is asked.
+constexpr int kMostAttempts = 5;
+
+/// So many windows are kept for programs that answer late: most end with the error when theirs is
+/// gone.
+constexpr size_t kMostUnanswered = 32;
+
 /// Bytes as they were handed over, and what they are.
 struct Contents {
   xcb_atom_t type = XCB_ATOM_NONE;
   std::string bytes;
 };
 
-/// One reading, with a window of its own: an answer that comes too late finds it gone.
+/// One reading, with a window of its own: an answer that comes too late is no other reading's.
 class Reading {
  public:
   Reading(const Session& session, const ClipboardAtoms& atoms, Deadline deadline);
@@ -41,6 +48,9 @@ class Reading {
   Reading& operator=(const Reading&) = delete;
 
   std::optional<std::string> Text();
+
+  /// Whether the program that had the clipboard is gone, and it may be another's.
+  bool has_lost_owner() const { return has_lost_owner_; }
 
  private:
   bool Begin();
@@ -64,6 +74,8 @@ class Reading {
   xcb_timestamp_t time_ = XCB_CURRENT_TIME;
   Deadline deadline_;
   bool is_over_ = false;
+  bool is_unanswered_ = false;
+  bool has_lost_owner_ = false;
 };
 
 Reading::Reading(const Session& session, const ClipboardAtoms& atoms, Deadline deadline)
@@ -83,7 +95,16 @@ Reading::~Reading() {
   if (owner_ != XCB_NONE) {
     xcb_change_window_attributes(connection_, owner_, XCB_CW_EVENT_MASK, &no_events);
   }
-  xcb_destroy_window(connection_, window_);
+  std::deque<xcb_window_t>& unanswered = session_.link().unanswered;
+  if (is_unanswered_) {
+    unanswered.push_back(window_);
+  } else {
+    xcb_destroy_window(connection_, window_);
+  }
+  if (unanswered.size() > kMostUnanswered) {
+    xcb_destroy_window(connection_, unanswered.front());
+    unanswered.pop_front();
+  }
   xcb_flush(connection_);
 }
 
@@ -113,12 +134,14 @@ std::optional<std::string> Reading::Text() {
 }
 
 std::optional<Contents> Reading::ContentsAs(xcb_atom_t target) {
+  is_unanswered_ = true;
   xcb_convert_selection(connection_, window_, atoms_.clipboard, target, atoms_.transfer, time_);
   bool is_converted = false;
   if (!AwaitAnswer(target, &is_converted) || !is_converted) return std::nullopt;
   auto contents = TakeProperty();
-  if (contents && contents->type == atoms_.incr) return TakePieces();
-  return contents;
+  if (!contents || contents->type != atoms_.incr) return contents;
+  is_unanswered_ = true;
+  return TakePieces();
 }
 
 Deadline Reading::EndOfWait() const {
@@ -131,7 +154,8 @@ EventPtr Reading::Next() {
   EventPtr event = AwaitEvent(connection_, EndOfWait());
   if (event && event->response_type == XCB_DESTROY_NOTIFY) {
     const auto& end = reinterpret_cast<const xcb_destroy_notify_event_t&>(*event);
-    if (end.window == owner_) event = nullptr;
+    has_lost_owner_ = end.window == owner_;
+    if (has_lost_owner_) event = nullptr;
   }
   is_over_ = event == nullptr;
   return event;
@@ -145,6 +169,7 @@ bool Reading::AwaitAnswer(xcb_atom_t target, bool* is_converted) {
       continue;
     }
     *is_converted = answer.property != XCB_ATOM_NONE;
+    is_unanswered_ = false;
     return true;
   }
   return false;
@@ -179,7 +204,10 @@ std::optional<Contents> Reading::TakePieces() {
     auto piece = TakeProperty();
     if (!piece) break;
     if (piece->type == XCB_ATOM_NONE) continue;  // taken before: it came in two changes
-    if (piece->bytes.empty()) return whole;
+    if (piece->bytes.empty()) {
+      is_unanswered_ = false;
+      return whole;
+    }
     whole.type = piece->type;
     whole.bytes += piece->bytes;
     if (whole.bytes.size() > kLongestText) break;
@@ -204,7 +232,12 @@ std::optional<std::string> ReadClipboard(Deadline deadline) {
   auto& atoms = session.link().clipboard_atoms;
   if (!atoms) atoms = ClipboardAtoms::Make(session.connection());
   if (!atoms) return std::nullopt;
-  return Reading(session, *atoms, deadline - kServerPatience).Text();
+  for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+    Reading reading(session, *atoms, deadline - kServerPatience);
+    const auto text = reading.Text();
+    if (text || !reading.has_lost_owner()) return text;
+  }
+  return std::nullopt;
 }
 
 }  // namespace deskhand::platform

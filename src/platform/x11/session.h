@@ -4,6 +4,7 @@
 #pragma once
 
 #include <condition_variable>
+#include <deque>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -49,6 +50,8 @@ struct Link {
   std::unique_ptr<Composition> composition;               // since one was
   std::unique_ptr<ClipboardOwner> clipboard;              // since a text was put there
   std::unique_ptr<const ClipboardAtoms> clipboard_atoms;  // since a text was read from there
+  std::deque<xcb_window_t>
+      unanswered;  // windows of readings that may be answered yet, oldest first
   std::map<xcb_atom_t, std::string> atom_names;  // of monitors; they last as long as the server
   uint64_t error_count = 0;                      // errors of requests that have no reply
 };
