@@ -22,6 +22,12 @@ add_library(deskhand_platform OBJECT
     src/platform/macos/windows.mm)
 target_compile_options(deskhand_platform PRIVATE -fobjc-arc -fblocks -fno-exceptions)
 
+# The part of the backend that the run loop's addon has, which needs few frameworks.
+add_library(deskhand_run_loop_platform OBJECT
+    src/platform/macos/call_scope.mm
+    src/platform/macos/run_loop.mm)
+target_compile_options(deskhand_run_loop_platform PRIVATE -fobjc-arc -fblocks -fno-exceptions)
+
 # Each defines how the backend finds its frameworks, at compile time and at link time.
 if(DESKHAND_DOUBLES)
   include(test/macos/Doubles.cmake)

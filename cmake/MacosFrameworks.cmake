@@ -6,15 +6,19 @@ target_link_libraries(
   deskhand_platform
   PUBLIC "-framework AppKit" "-framework ApplicationServices" "-framework CoreFoundation"
          "-framework CoreGraphics" "-framework Foundation" "-weak_framework ScreenCaptureKit" objc)
+target_link_libraries(deskhand_run_loop_platform
+                      PUBLIC "-framework CoreFoundation" "-framework CoreGraphics" objc)
 
 if(CMAKE_CROSSCOMPILING)
   # A change of the link stubs is a reason to link anew.
-  set_property(TARGET deskhand_platform APPEND
+  set_property(TARGET deskhand_platform deskhand_run_loop_platform APPEND
                PROPERTY INTERFACE_LINK_DEPENDS ${CMAKE_SOURCE_DIR}/cmake/darwin/libraries.mjs)
 endif()
 
 # Whatever is newer than the deployment target is missing from some supported system.
-target_compile_options(deskhand_platform PRIVATE -Werror=unguarded-availability)
+foreach(_part deskhand_platform deskhand_run_loop_platform)
+  target_compile_options(${_part} PRIVATE -Werror=unguarded-availability)
+endforeach()
 
 # Lets an addon refer to the functions of Node-API version 8, which the program that loads it
 # provides. Any other symbol that no library has fails the link.

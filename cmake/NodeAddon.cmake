@@ -1,5 +1,5 @@
-# How a Node-API addon is compiled and linked here: headers from npm, no symbols but the two entry
-# points, everything bound at load time.
+# How a Node-API addon is compiled and linked here: headers from npm, no symbols but the entry points,
+# everything bound at load time.
 find_package(Threads REQUIRED)
 
 set(DESKHAND_NODE_MODULES ${CMAKE_SOURCE_DIR}/node_modules)

@@ -56,19 +56,33 @@ function tryToLoad(file) {
   }
 }
 
-/**
- * Loads the first binary that there is. Throws an error with the code 'ERR_DESKHAND_LOAD', whose
- * message says what was tried, why each failed and what to do; `hint` is the last part alone.
- */
-function load(files = candidates()) {
+/** The first binary that there is, and where it is: { addon, file }. */
+function loadFirst(files) {
   if (isTooOld(process.versions)) throw failureError([]);
   const failures = [];
   for (const file of files) {
     const { addon, failure } = tryToLoad(file);
-    if (addon) return addon;
+    if (addon) return { addon, file };
     failures.push(failure);
   }
   throw failureError(failures);
 }
 
-module.exports = { candidates, load };
+/**
+ * Loads the first binary that there is. Throws an error with the code 'ERR_DESKHAND_LOAD', whose
+ * message says what was tried, why each failed and what to do; `hint` is the last part alone.
+ */
+function load(files = candidates()) {
+  return loadFirst(files).addon;
+}
+
+/**
+ * Loads the binary of the run loop, which stands beside the addon's, and the addon before it:
+ * { native, addonFile }. Throws as load() does.
+ */
+function loadRunLoop(files = candidates()) {
+  const { file } = loadFirst(files);
+  return { native: load([path.join(path.dirname(file), 'run_loop.node')]), addonFile: file };
+}
+
+module.exports = { candidates, load, loadRunLoop };

@@ -1,7 +1,12 @@
-// The addon's two entry points and its one table of exports.
-// Thread: the JavaScript thread of each environment that loads the addon.
+// The addon's entry points and its one table of exports.
+// Thread: the JavaScript thread of each environment that loads the addon, but for what is said to be
+// callable from any.
+#include <type_traits>
+
 #include <napi.h>
 
+#include "addon/pending_promises.h"
+#include "addon/promise_watch.h"
 #include "apps/app_handlers.h"
 #include "apps/window_handlers.h"
 #include "capture/capture_handlers.h"
@@ -85,5 +90,19 @@ NAPI_MODULE_EXPORT napi_value napi_register_module_v1(napi_env env, napi_value e
   deskhand::AttachAll(env, exports);
   return exports;
 }
+
+// For the addon that services the main queue while promises are pending, which finds them by name:
+// it is a library of its own, for few programs need it, and what JavaScript sees of this one is
+// fixed. See promise_watch.h. Thread: any.
+NAPI_MODULE_EXPORT void deskhand_watch_promises(deskhand::PromisesChanged changed, void* data) {
+  deskhand::WatchPendingPromises(changed, data);
+}
+
+NAPI_MODULE_EXPORT void deskhand_unwatch_promises(deskhand::PromisesChanged changed, void* data) {
+  deskhand::UnwatchPendingPromises(changed, data);
+}
+
+static_assert(std::is_same_v<decltype(&deskhand_watch_promises), deskhand::WatchPromises>);
+static_assert(std::is_same_v<decltype(&deskhand_unwatch_promises), deskhand::UnwatchPromises>);
 
 }  // extern "C"

@@ -4,6 +4,8 @@
 
 #include <napi.h>
 
+#include "addon/pending_promises.h"
+
 namespace deskhand {
 
 /// Runs Execute() off the JavaScript thread and settles its promise exactly once: with Result()
@@ -24,6 +26,8 @@ class PromiseWorker : public Napi::AsyncWorker {
 
  private:
   Napi::Promise::Deferred deferred_;
+  // Whoever destroys the worker, its promise is not waited for any more.
+  const PendingPromise pending_;
 };
 
 }  // namespace deskhand

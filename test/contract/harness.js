@@ -110,10 +110,13 @@ async function until(condition, withinMs = deadlineMs) {
   return true;
 }
 
-/** Whether nothing is under way; a stalled main queue keeps its blocks. */
+/** Main queues that keep their blocks until the test sees to them. */
+const unattended = ['stalled', 'run loop'];
+
+/** Whether nothing is under way. */
 function isAtRest(script) {
   const { frameworkThreads, mainQueueBlocks } = doubles.leftovers();
-  return frameworkThreads === 0 && (script.mainQueue === 'stalled' || mainQueueBlocks === 0);
+  return frameworkThreads === 0 && (unattended.includes(script.mainQueue) || mainQueueBlocks === 0);
 }
 
 /** What the end of a test finds wrong, in words; empty when nothing is. */

@@ -85,14 +85,17 @@ test('when several names cannot be attached, the first one\'s error is thrown', 
   assert.deepEqual(Object.keys(exports), names.slice(2));
 });
 
-test('the binary exports its two entry points and no other function of its own', () => {
+test('the binary exports its entry points and no other function of its own', () => {
   const listing = execFileSync('nm', ['--dynamic', '--defined-only', addonPath],
     { encoding: 'utf8', env: { ...process.env, LD_PRELOAD: '' } });
   const functions = listing.trim().split('\n').map((line) => line.split(' '))
     // Weak symbols are the standard library's templates, and data the language's.
     .filter(([, type]) => type === 'T').map(([, , name]) => name);
-  assert.deepEqual(functions.sort(),
-    ['napi_register_module_v1', 'node_api_module_get_api_version_v1']);
+  assert.deepEqual(functions.sort(), [
+    // For the run loop's addon; JavaScript does not see them.
+    'deskhand_unwatch_promises', 'deskhand_watch_promises',
+    'napi_register_module_v1', 'node_api_module_get_api_version_v1',
+  ]);
 });
 
 test('the addon asks for version 8 of Node-API', () => {

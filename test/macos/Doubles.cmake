@@ -50,6 +50,7 @@ add_library(macdoubles SHARED
     ${_here}/doubles/core/tracked_object.mm
     ${_here}/doubles/application_locations.mm
     ${_here}/doubles/cf_boolean.mm
+    ${_here}/doubles/cf_run_loop.mm
     ${_here}/doubles/cg_display.mm
     ${_here}/doubles/cg_event.mm
     ${_here}/doubles/cg_window.mm
@@ -96,6 +97,7 @@ target_link_options(macdoubles
     PUBLIC -Wl,--wrap=__objc_exec_class,--wrap=usleep PRIVATE -Wl,--no-undefined)
 
 target_link_libraries(deskhand_platform PUBLIC macdoubles PRIVATE macdoubles_arc)
+target_link_libraries(deskhand_run_loop_platform PUBLIC macdoubles PRIVATE macdoubles_arc)
 
 deskhand_add_node_addon(doubles ${_here}/control/control.cc ${_here}/control/values.cc)
 target_include_directories(doubles PRIVATE ${_here}/runtime)

@@ -16,11 +16,16 @@ const run = (command, ...args) =>
 
 const onLinux = { skip: process.platform !== 'linux' };
 
-test('the two entry points are all that the binary shows', onLinux, () => {
+test('the entry points are all that the binary shows', onLinux, () => {
   const shown = run('nm', '--dynamic', '--defined-only', addon).trim().split('\n');
   assert.deepEqual(
     shown.map((line) => line.split(' ').pop()).sort(),
-    ['napi_register_module_v1', 'node_api_module_get_api_version_v1'],
+    [
+      'deskhand_unwatch_promises',
+      'deskhand_watch_promises',
+      'napi_register_module_v1',
+      'node_api_module_get_api_version_v1',
+    ],
   );
 });
 

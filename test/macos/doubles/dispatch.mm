@@ -2,6 +2,7 @@
 // the main queue fares:
 //   "serviced"    a Cocoa host's run loop drains it; the default
 //   "stalled"     nobody does, until the test calls for it
+//   "run loop"    nobody does, but a call that runs the main thread's run loop (cf_run_loop.mm)
 //   { delayMs }   drained, but late
 // Documented at developer.apple.com/documentation/dispatch: blocks of the main queue run one at a
 // time in the order they were added, on the main thread.
@@ -65,7 +66,7 @@ void Enqueue(OwnedBlock block) {
     queue.waiting.push_back(std::move(block));
   }
   const Value state = SceneOf("mainQueue");
-  if (state.Text() == "stalled") return;
+  if (state.Text() == "stalled" || state.Text() == "run loop") return;
   const std::chrono::milliseconds delay(static_cast<long>(state["delayMs"].Number()));
   if (delay.count() == 0) {
     Wake();

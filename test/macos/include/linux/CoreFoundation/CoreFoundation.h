@@ -23,6 +23,20 @@ typedef const struct __attribute__((objc_bridge(NSArray))) __CFArray* CFArrayRef
 typedef const struct __attribute__((objc_bridge(NSDictionary))) __CFDictionary* CFDictionaryRef;
 typedef const struct __attribute__((objc_bridge(NSNumber))) __CFBoolean* CFBooleanRef;
 
+// Run loops.
+
+typedef int SInt32;
+typedef double CFTimeInterval;
+typedef struct __attribute__((objc_bridge_mutable(id))) __CFRunLoop* CFRunLoopRef;
+typedef CFStringRef CFRunLoopMode;
+
+typedef CF_ENUM(SInt32, CFRunLoopRunResult) {
+  kCFRunLoopRunFinished = 1,
+  kCFRunLoopRunStopped = 2,
+  kCFRunLoopRunTimedOut = 3,
+  kCFRunLoopRunHandledSource = 4,
+};
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -31,6 +45,13 @@ extern const CFBooleanRef kCFBooleanTrue;
 
 CFTypeRef CFRetain(CFTypeRef object);
 void CFRelease(CFTypeRef object);
+
+extern const CFRunLoopMode kCFRunLoopDefaultMode;
+
+CFRunLoopRef CFRunLoopGetCurrent(void);
+CFRunLoopRef CFRunLoopGetMain(void);
+CFRunLoopRunResult CFRunLoopRunInMode(CFRunLoopMode mode, CFTimeInterval seconds,
+                                      Boolean returnAfterSourceHandled);
 
 #ifdef __cplusplus
 }
