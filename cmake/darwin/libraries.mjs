@@ -27,7 +27,10 @@ export const libraries = [
     name: 'CoreFoundation',
     installName: `${frameworks}/CoreFoundation.framework/Versions/A/CoreFoundation`,
     classes: ['NSArray', 'NSDictionary', 'NSMutableArray'],
-    symbols: ['CFRelease', '__CFConstantStringClassReference', '__NSArray0__', 'kCFBooleanTrue'],
+    symbols: [
+      ...['CFRelease', '__CFConstantStringClassReference', '__NSArray0__', 'kCFBooleanTrue'],
+      ...['CFRunLoopGetCurrent', 'CFRunLoopGetMain', 'CFRunLoopRunInMode', 'kCFRunLoopDefaultMode'],
+    ],
   },
   {
     name: 'CoreGraphics',
@@ -74,6 +77,7 @@ export const libraries = [
       ...['_Unwind_Resume', '__stack_chk_fail', '__stack_chk_guard', 'getpid'],
       ...['_dispatch_main_q', 'dispatch_async', 'dispatch_time'],
       ...['dispatch_semaphore_create', 'dispatch_semaphore_signal', 'dispatch_semaphore_wait'],
+      ...['dlopen', 'dlsym'],
       ...['bzero', 'memchr', 'memcmp', 'memcpy', 'memmove', 'strcmp', 'strlen', 'usleep'],
       '__cxa_atexit', // static objects
       'printf', // the seam check's, not the addon's

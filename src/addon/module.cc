@@ -1,6 +1,6 @@
 // The addon's entry points and its one table of exports.
-// Thread: the JavaScript thread of each environment that loads the addon, but for what is said to be
-// callable from any.
+// Thread: the JavaScript thread of each environment that loads the addon, but for what is said to
+// be callable from any.
 #include <type_traits>
 
 #include <napi.h>

@@ -4,8 +4,8 @@
 
 namespace deskhand {
 
-/// Told whenever promises begin to be pending and when none is any more. Called with a lock held, on
-/// the JavaScript thread of the promise: returns at once, and does not call back.
+/// Told whenever promises begin to be pending and when none is any more. Called with a lock held,
+/// on the JavaScript thread of the promise: returns at once, and does not call back.
 using PromisesChanged = void (*)(void* data, bool is_any_pending);
 
 /// Watches from now on; `changed` is called at once when promises are pending already.

@@ -1,5 +1,5 @@
-// Servicing the main queue where the host does not: a plain Node.js process on macOS. Only a backend
-// whose main queue is the host's to service has it; what else there is works without.
+// Servicing the main queue where the host does not: a plain Node.js process on macOS. Only a
+// backend whose main queue is the host's to service has it; what else there is works without.
 // Thread: the main thread, but for what says otherwise.
 #pragma once
 

@@ -251,6 +251,29 @@ test('two that are independent of each other both see promises', async (t) => {
   assert.deepEqual(seen, [true, false]);
 });
 
+test('it may be started and stopped while worker threads take pictures', async (t) => {
+  const mac = scene(t);
+  const each = process.env.DESKHAND_SANITIZED ? 10 : 50;
+  const workers = [1, 2].map(() => new Worker(`
+    const { workerData } = require('node:worker_threads');
+    const module_ = { exports: {} };
+    process.dlopen(module_, workerData.addonPath);
+    const take = (left) =>
+      left > 0 && module_.exports.captureDisplay([]).then(() => take(left - 1));
+    take(workerData.each);
+  `, { eval: true, workerData: { addonPath, each } }));
+  let exits = 0;
+  for (const worker of workers) worker.on('exit', () => { exits += 1; });
+  const runLoop = newRunLoop();
+  await mac.until(() => {
+    runLoop.start();
+    runLoop.stop();
+    return exits === workers.length;
+  });
+  await quiet();
+  assert.equal(mac.callsTo('dispatch_async').length, 2 * each);
+});
+
 test('starting without the main addon, or without its file, is refused', (t) => {
   scene(t);
   assert.throws(() => native.start('/nowhere/deskhand.node', () => {}),

@@ -4,7 +4,7 @@ const fs = require('node:fs');
 const path = require('node:path');
 
 // By module, as scripts/contract has the reports written.
-const own = /\/(deskhand\.node|doubles\.node|libmacdoubles\.so)\)/;
+const own = /\/(deskhand\.node|run_loop\.node|doubles\.node|libmacdoubles\.so)\)/;
 const deliberate = /\/faulty\.node\)/;
 
 function isLeakOfOurs(leak, { countsDeliberate }) {

@@ -3,9 +3,12 @@ import { execFileSync } from 'node:child_process';
 import fs from 'node:fs';
 import { fileURLToPath } from 'node:url';
 
-export const bundlePath = fileURLToPath(
-  new URL('../../prebuilds/darwin-arm64/deskhand.node', import.meta.url),
-);
+import { bundles } from './expected.mjs';
+
+/** Where the bundle of this name is built. */
+export function pathOf(name) {
+  return fileURLToPath(new URL(`../../prebuilds/darwin-arm64/${name}`, import.meta.url));
+}
 
 const programs = ['llvm-objdump-19', '/usr/lib/llvm-19/bin/llvm-objdump', 'llvm-objdump'];
 
@@ -63,10 +66,12 @@ function readSelectors(file) {
   return [...rows].map(([, selector]) => selector);
 }
 
-export function readBundle(file) {
+/** What is in `file`, beside what is expected of the bundle of this name. */
+export function readBundle(file, name) {
   const commands = readLoadCommands(file);
   const libraries = commands.filter(({ cmd }) => /_DYLIB$/.test(cmd));
   return {
+    expected: bundles[name],
     bytes: fs.readFileSync(file),
     header: readHeader(file),
     commands,

@@ -1,13 +1,16 @@
-// The checks of the macOS bundle. Each takes what readBundle() returns and gives the problems that
+// The checks of a macOS bundle. Each takes what readBundle() returns and gives the problems that
 // it found, as sentences; none when all is well.
 import { createRequire } from 'node:module';
 
-import * as expected from './expected.mjs';
+import { replaceableFunctions, runtimeImports, weakLibrary } from './expected.mjs';
 import { signatureProblems } from './code_signature.mjs';
 
 const { v8: nodeApi } = createRequire(import.meta.url)('node-api-headers').symbols;
 const nodeFunctions = new Set([...nodeApi.js_native_api_symbols, ...nodeApi.node_api_symbols]);
-const allowedImports = { ...expected.frameworkImports, ...expected.runtimeImports };
+
+/** Whether a bundle may import the symbol from there. */
+const isAllowed = ({ systemImports }, name, library) =>
+  [systemImports, runtimeImports].some((imports) => imports[library]?.includes(name));
 
 /** What stands in one list only. */
 function differences(kind, actual, wanted) {
@@ -28,7 +31,7 @@ export function checkFileKind({ header }) {
   return problems;
 }
 
-export function checkExports({ exports }) {
+export function checkExports({ exports, expected }) {
   return differences('export', exports.keys(), expected.exportedFunctions);
 }
 
@@ -54,40 +57,43 @@ export function checkSystemVersion({ commands }) {
   return problems;
 }
 
-export function checkLibraries({ libraries }) {
+export function checkLibraries({ libraries, expected }) {
+  const wantedLibraries = { ...expected.systemImports, ...runtimeImports };
   const problems = differences(
     'library',
     libraries.map(({ name }) => name),
-    Object.keys(allowedImports),
+    Object.keys(wantedLibraries),
   );
   for (const { cmd, name } of libraries) {
-    const wanted = name === expected.weakLibrary ? 'LC_LOAD_WEAK_DYLIB' : 'LC_LOAD_DYLIB';
+    const wanted = name === weakLibrary ? 'LC_LOAD_WEAK_DYLIB' : 'LC_LOAD_DYLIB';
     if (cmd !== wanted) problems.push(`${name} is loaded by ${cmd}`);
   }
   return problems;
 }
 
-function importProblem({ name, library, weak }) {
+function importProblem({ name, library, weak }, expected) {
   if (nodeFunctions.has(name)) return library === 'any' ? undefined : `${name} is from ${library}`;
-  if (expected.replaceableFunctions.includes(name)) {
+  if (replaceableFunctions.includes(name)) {
     return library === 'replaceable' ? undefined : `${name} is not replaceable`;
   }
-  if (!allowedImports[library]?.includes(name)) return `unexpected import: ${name} from ${library}`;
-  const shouldBeWeak = library === expected.weakLibrary;
+  if (!isAllowed(expected, name, library)) return `unexpected import: ${name} from ${library}`;
+  const shouldBeWeak = library === weakLibrary;
   return weak === shouldBeWeak ? undefined : `${name} is ${weak ? '' : 'not '}imported weakly`;
 }
 
-export function checkImports({ imports }) {
-  const problems = imports.map(importProblem).filter((problem) => problem !== undefined);
+export function checkImports({ imports, expected }) {
+  const problems = imports
+    .map((entry) => importProblem(entry, expected))
+    .filter((problem) => problem !== undefined);
   const present = new Set(imports.map(({ name, library }) => `${name} from ${library}`));
-  for (const [library, names] of Object.entries(expected.frameworkImports)) {
+  for (const [library, names] of Object.entries(expected.systemImports)) {
     const absent = names.filter((name) => !present.has(`${name} from ${library}`));
     problems.push(...absent.map((name) => `missing import: ${name} from ${library}`));
   }
   return problems;
 }
 
-export function checkSelectors({ selectors }) {
+export function checkSelectors({ selectors, expected }) {
   return differences('selector', selectors, expected.selectors);
 }
 

@@ -1,18 +1,14 @@
-// What the macOS bundle may hold and import, written by hand and reviewed on its own: what the link
+// What the macOS bundles may hold and import, written by hand and reviewed on its own: what the link
 // stubs allow is another list (cmake/darwin/libraries.mjs), so that a slip in one shows in the
 // other. Symbols are spelled as the compiler spells them, without Mach-O's leading underscore.
 
 const frameworks = '/System/Library/Frameworks';
 
-export const exportedFunctions = [
-  'napi_register_module_v1',
-  'node_api_module_get_api_version_v1',
-];
+const entryPoints = ['napi_register_module_v1', 'node_api_module_get_api_version_v1'];
 
 export const weakLibrary = `${frameworks}/ScreenCaptureKit.framework/Versions/A/ScreenCaptureKit`;
 
-/** The system interfaces in use. Each is imported; nothing else is. */
-export const frameworkImports = {
+const addonImports = {
   [`${frameworks}/AppKit.framework/Versions/C/AppKit`]: [
     'NSDeviceRGBColorSpace',
     'NSImageCompressionFactor',
@@ -127,8 +123,7 @@ export const runtimeImports = {
 /** Looked up in every image, since a program may replace them: new, new[], delete, delete[]. */
 export const replaceableFunctions = ['_Znwm', '_Znam', '_ZdlPvm', '_ZdaPv'];
 
-/** Every message that is sent. Each selector is sent; nothing else is. */
-export const selectors = [
+const addonSelectors = [
   // Foundation: values and collections
   'UTF8String',
   'addObject:',
@@ -238,3 +233,30 @@ export const selectors = [
   'setWidth:',
   ...['height', 'width'],
 ];
+
+/**
+ * Of each bundle: its exports; the system interfaces in use, each of which is imported; the messages, each
+ * of which is sent. Nothing else is.
+ */
+export const bundles = {
+  'deskhand.node': {
+    // What the run loop's addon finds by name, and what Node looks for.
+    exportedFunctions: ['deskhand_unwatch_promises', 'deskhand_watch_promises', ...entryPoints],
+    systemImports: addonImports,
+    selectors: addonSelectors,
+  },
+  'run_loop.node': {
+    exportedFunctions: entryPoints,
+    systemImports: {
+      [`${frameworks}/CoreFoundation.framework/Versions/A/CoreFoundation`]: [
+        'CFRunLoopGetCurrent',
+        'CFRunLoopGetMain',
+        'CFRunLoopRunInMode',
+        'kCFRunLoopDefaultMode',
+      ],
+      [`${frameworks}/CoreGraphics.framework/Versions/A/CoreGraphics`]: ['CGMainDisplayID'],
+      '/usr/lib/libSystem.B.dylib': ['dlopen', 'dlsym'],
+    },
+    selectors: [],
+  },
+};

@@ -6,7 +6,7 @@ import os from 'node:os';
 import path from 'node:path';
 import { after, before, describe, test } from 'node:test';
 
-import { bundlePath, readBundle } from './bundle.mjs';
+import { pathOf, readBundle } from './bundle.mjs';
 import * as checks from './checks.mjs';
 
 const commands = {
@@ -205,7 +205,7 @@ describe('a bundle with', () => {
   let intact;
   before(() => {
     folder = fs.mkdtempSync(path.join(os.tmpdir(), 'deskhand-bundle-'));
-    intact = readBundle(bundlePath);
+    intact = readBundle(pathOf('deskhand.node'), 'deskhand.node');
   });
   after(() => fs.rmSync(folder, { recursive: true, force: true }));
 
@@ -215,7 +215,7 @@ describe('a bundle with', () => {
       damage(bytes, intact);
       const file = path.join(folder, 'damaged.node');
       fs.writeFileSync(file, bytes);
-      assert.match(check(readBundle(file)).join(), problem);
+      assert.match(check(readBundle(file, 'deskhand.node')).join(), problem);
     });
   }
 });

@@ -1,9 +1,8 @@
 #include "platform/run_loop.h"
 
-#include <dlfcn.h>
-
 #import <CoreFoundation/CoreFoundation.h>
 #import <CoreGraphics/CoreGraphics.h>
+#include <dlfcn.h>
 
 #include "platform/call_scope.h"
 

@@ -1,9 +1,9 @@
 // Run loops: the main thread's services the main dispatch queue when the scene's `mainQueue` says
 // "run loop". It has nothing else to do, unless `runLoop` says "never idle": then it has handled
 // something whenever it was run.
-// Documented at developer.apple.com/documentation/corefoundation/cfrunloopruninmode(_:_:_:): with no
-// time to spend it makes one pass; it says that it handled a source only if it was told to return
-// then. .../cfrunloop: every thread has a run loop of its own.
+// Documented at developer.apple.com/documentation/corefoundation/cfrunloopruninmode(_:_:_:): with
+// no time to spend it makes one pass; it says that it handled a source only if it was told to
+// return then. .../cfrunloop: every thread has a run loop of its own.
 #import <CoreFoundation/CoreFoundation.h>
 #include <sys/syscall.h>
 #include <unistd.h>
