@@ -1,7 +1,7 @@
 // An addon of its own: services the main queue from the event loop of a plain Node.js process,
 // where nobody else does, while promises of the main addon are pending. JavaScript has the timer;
-// here is what it needs: start(file of the main addon, changed), service(), stop(). Thread: the
-// JavaScript thread, but for what says otherwise.
+// here is what it needs: start(file of the main addon, changed), service(), stop().
+// Thread: the JavaScript thread, but for what says otherwise.
 #include <cstddef>
 #include <memory>
 #include <string>

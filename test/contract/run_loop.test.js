@@ -17,8 +17,8 @@ const systemRunLoop = require('../../lib/run-loop');
 const native = require(nativePath);
 
 const plainNode = { mainQueue: 'run loop' };
-// Nothing is delivered, so that promises are pending until they time out, or the test says so.
-const stalled = { ...shortTimeouts, mainQueue: 'stalled', leavesMainQueueBlocks: true };
+// Nothing is delivered, so that promises are pending until they time out, after half a second.
+const stalled = { timeScale: 0.05, mainQueue: 'stalled', leavesMainQueueBlocks: true };
 const timeout = { name: 'Error', message: 'Screenshot capture timed out after 10 seconds' };
 
 /** A run loop that is started, and stopped when the test ends. */
@@ -225,7 +225,7 @@ test('a stop too many does nothing, and a start after it works', async (t) => {
 });
 
 test('stopped in the middle, it is not run again, and the promise times out', async (t) => {
-  const mac = scene(t, { ...stalled, timeScale: 0.02 });
+  const mac = scene(t, stalled);
   const runLoop = newRunLoop();
   runLoop.start();
   const promise = mac.addon.captureDisplay([]);
@@ -305,6 +305,10 @@ test('on Linux the package services nothing', async (t) => {
 test('a process that has started it ends by itself, once no promise is pending', async () => {
   assert.deepEqual(await runScript('run_loop_ends.js', 'idle'), {});
   assert.deepEqual(await runScript('run_loop_ends.js', 'picture'), { width: 1372 });
+});
+
+test('a promise that does not keep the process alive does not by way of the run loop', async () => {
+  assert.deepEqual(await runScript('run_loop_unreferenced.js'), { hasSettled: false });
 });
 
 test('process.exit while it runs ends the process with its own code', async () => {
