@@ -8,6 +8,7 @@ const { inspectBinary } = createRequire(import.meta.url)('../lib/binary_file.js'
 /** What the package brings along, and the command that makes it. */
 const BINARIES = [
   { file: 'prebuilds/darwin-arm64/deskhand.node', format: 'Mach-O', arch: 'arm64', by: 'build:darwin' },
+  { file: 'prebuilds/darwin-arm64/run_loop.node', format: 'Mach-O', arch: 'arm64', by: 'build:darwin' },
   { file: 'prebuilds/linux-x64/deskhand.node', format: 'ELF', arch: 'x64', by: 'build:linux' },
 ];
 

@@ -193,6 +193,7 @@ describe('openApp', () => {
     const { pid } = await addon.getFrontmostApp();
     atEnd(t, () => endSession(pid)); // before its profile is removed
     await painter.window('other', window('Other', 100, 100));
+    await painter.activate('other'); // a window manager may keep the keyboard where it just came to
     await scene.isFrontmost('Other');
     assert.equal(await addon.openApp('chromium'), true);
     assert.equal((await addon.getFrontmostApp()).pid, pid);

@@ -53,17 +53,18 @@ test('typeText types', async (t) => {
   });
 
   await t.test('after the keyboard was set to another layout, which frees all keys', async () => {
-    await setLayouts('us');
-    await terminal.begin();
     for (const [layout, text] of [
+      ['us', 'zy語'],
       ['de', 'zyß語'],
       ['fr', 'aqé語'],
       ['ru', 'яd語'],
     ]) {
       await setLayouts(layout);
+      await terminal.begin();
       await leavesNoTrace(() => addon.typeText(text));
+      // A layout that is set while keys are still to be looked up gives them another meaning.
+      assertSameText(await terminal.finish(), text);
     }
-    assertSameText(await terminal.finish(), 'zyß語aqé語яd語');
   });
 
   await t.test('a hundred texts in a row, each with other characters', async () => {

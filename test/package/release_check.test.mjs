@@ -10,6 +10,7 @@ import { findProblems } from '../../scripts/release_check.mjs';
 import { root } from './packed.mjs';
 
 const DARWIN = 'prebuilds/darwin-arm64/deskhand.node';
+const RUN_LOOP = 'prebuilds/darwin-arm64/run_loop.node';
 const LINUX = 'prebuilds/linux-x64/deskhand.node';
 
 const machO = Buffer.from('cffaedfe0c000001', 'hex');
@@ -27,20 +28,22 @@ function folderWith(t, files) {
 }
 
 test('a package with a binary for each system is fine', (t) => {
-  assert.deepEqual(findProblems(folderWith(t, { [DARWIN]: machO, [LINUX]: elf })), []);
+  assert.deepEqual(findProblems(folderWith(t, { [DARWIN]: machO, [RUN_LOOP]: machO, [LINUX]: elf })), []);
 });
 
 test('a package without one of them is refused', (t) => {
   assert.deepEqual(findProblems(folderWith(t, { [LINUX]: elf })), [
     `${DARWIN} is missing: npm run build:darwin`,
+    `${RUN_LOOP} is missing: npm run build:darwin`,
   ]);
-  assert.deepEqual(findProblems(folderWith(t, { [DARWIN]: machO })), [
+  assert.deepEqual(findProblems(folderWith(t, { [DARWIN]: machO, [RUN_LOOP]: machO })), [
     `${LINUX} is missing: npm run build:linux`,
   ]);
 });
 
 test('a package with a binary of another system, or a part of one, is refused', (t) => {
-  assert.deepEqual(findProblems(folderWith(t, { [DARWIN]: elf, [LINUX]: elf.subarray(0, 5000) })), [
+  const files = { [DARWIN]: elf, [RUN_LOOP]: machO, [LINUX]: elf.subarray(0, 5000) };
+  assert.deepEqual(findProblems(folderWith(t, files)), [
     `${DARWIN} is not a binary of Mach-O for arm64: npm run build:darwin`,
     `${LINUX} was cut off: npm run build:linux`,
   ]);
