@@ -76,6 +76,7 @@ export const entryReceiver = {
   async receive(type) {
     const title = 'deskhand entry';
     const entry = spawn('zenity', ['--entry', `--title=${title}`], {
+      env: { ...process.env, LC_ALL: 'C.UTF-8' }, // it writes the text out in the locale's encoding
       stdio: ['ignore', 'pipe', 'ignore'],
     });
     let text = '';

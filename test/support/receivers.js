@@ -172,7 +172,9 @@ function startEntry(t, desktop) {
     focus: () => focusWindow(desktop, entry.id),
     async begin() {
       const folder = temporaryFolder(t);
-      const env = { ...desktop.env, HOME: folder, NO_AT_BRIDGE: '1', GTK_THEME: 'Adwaita' };
+      const settings = { HOME: folder, NO_AT_BRIDGE: '1', GTK_THEME: 'Adwaita' };
+      // It writes the text out in the locale's encoding.
+      const env = { ...desktop.env, ...settings, LC_ALL: 'C.UTF-8' };
       const args = ['--entry', `--title=${title}`, '--text=Text'];
       entry.program = start(t, 'zenity', args, { env, stdio: ['ignore', 'pipe', 'pipe'] });
       entry.text = '';

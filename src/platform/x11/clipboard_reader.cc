@@ -234,7 +234,7 @@ std::optional<std::string> ReadClipboard(Deadline deadline) {
   if (!atoms) return std::nullopt;
   for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
     Reading reading(session, *atoms, deadline - kServerPatience);
-    const auto text = reading.Text();
+    auto text = reading.Text();
     if (text || !reading.has_lost_owner()) return text;
   }
   return std::nullopt;
