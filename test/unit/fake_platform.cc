@@ -5,9 +5,11 @@
 #include <sstream>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "platform/call_scope.h"
 #include "platform/main_queue.h"
+#include "unit/fake_applications.h"
 
 namespace deskhand::platform {
 
@@ -16,7 +18,46 @@ FakePlatform& FakePlatform::Get() {
   return platform;
 }
 
-void FakePlatform::Reset() { Get() = FakePlatform(); }
+namespace {
+
+/// Works on after a test has what it waited for, with what the fakes keep: until it is done nothing
+/// of that may go.
+class MainQueueThreads {
+ public:
+  static MainQueueThreads& Get() {
+    FakePlatform::Get();  // before this, so that they are destroyed after it
+    FakeApplications::Get();
+    static MainQueueThreads threads;
+    return threads;
+  }
+
+  ~MainQueueThreads() { Join(); }
+
+  void Run(std::function<void()> work) {
+    const std::lock_guard lock(mutex_);
+    threads_.emplace_back(std::move(work));
+  }
+
+  void Join() {
+    std::vector<std::thread> threads;
+    {
+      const std::lock_guard lock(mutex_);
+      threads = std::exchange(threads_, {});
+    }
+    for (std::thread& thread : threads) thread.join();
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<std::thread> threads_;
+};
+
+}  // namespace
+
+void FakePlatform::Reset() {
+  MainQueueThreads::Get().Join();
+  Get() = FakePlatform();
+}
 
 CallScope::CallScope() : handle_(nullptr) {}
 CallScope::~CallScope() { static_cast<void>(handle_); }
@@ -45,7 +86,7 @@ std::optional<uint32_t> DisplayAt(Point point) {
 void PostToMainQueue(std::function<void()> work) {
   FakePlatform& platform = FakePlatform::Get();
   if (platform.main_queue_is_serviced) {
-    std::thread(std::move(work)).detach();
+    MainQueueThreads::Get().Run(std::move(work));
   } else {
     platform.held_back.push_back(std::move(work));
   }
