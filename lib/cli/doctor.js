@@ -32,10 +32,9 @@ function checkDisplays(displays) {
   });
 }
 
-function checkPermissions(addon, program, isAsking) {
+function checkPermissions(addon, program, isAsking, hasDisplays) {
   const recording = isAsking ? addon.requestScreenRecording() : addon.checkScreenRecording();
   const input = isAsking ? addon.requestAccessibility() : addon.checkAccessibility();
-  const hasServer = process.platform !== 'linux' || addon.listDisplays().length > 0;
   return [
     recording
       ? works('screen', 'may be read')
@@ -45,7 +44,7 @@ function checkPermissions(addon, program, isAsking) {
       : fails(
           'input',
           'mouse and keyboard may not be used',
-          hasServer ? accessibilityHint(program?.name) : displayHint(),
+          hasDisplays || process.platform !== 'linux' ? accessibilityHint(program?.name) : displayHint(),
         ),
   ];
 }
@@ -84,7 +83,8 @@ async function examine(load, isAsking) {
   const checks = [check, ...checkSession()];
   const displays = addon ? addon.listDisplays() : [];
   if (addon) {
-    checks.push(...checkDisplays(displays), ...checkPermissions(addon, program, isAsking));
+    checks.push(...checkDisplays(displays));
+    checks.push(...checkPermissions(addon, program, isAsking, displays.length > 0));
     checks.push(await checkScreenshot(addon));
   }
   return { program, displays, checks };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <span>
 #include <utility>
 
 #include "platform/x11/property.h"
@@ -42,24 +43,25 @@ WindowWatch::WindowWatch(const Session& session, const WindowSupport& support, D
 
 std::shared_ptr<const WindowTree> WindowWatch::Query(const Session& session) {
   last_used_ = Clock::now();
-  xcb_connection_t* const connection = session.connection();
-  const auto tree_cookie = xcb_query_tree(connection, root_);
+  const auto tree_cookie = xcb_query_tree(connection_, root_);
   const auto check_cookie = xcb_get_property(
-      connection, false, root_, support_.atoms.net_supporting_wm_check, XCB_ATOM_WINDOW, 0, 1);
-  const auto compositor_cookie = xcb_get_selection_owner(connection, support_.atoms.compositor);
-  const auto root = Await(connection, xcb_query_tree_reply, tree_cookie);
-  const auto check = Await(connection, xcb_get_property_reply, check_cookie);
-  const auto compositor = Await(connection, xcb_get_selection_owner_reply, compositor_cookie);
-  auto tree = std::make_shared<WindowTree>();
-  tree->is_complete = root && check && compositor;
-  if (!tree->is_complete) return tree;
+      connection_, false, root_, support_.atoms.net_supporting_wm_check, XCB_ATOM_WINDOW, 0, 1);
+  const auto compositor_cookie = xcb_get_selection_owner(connection_, support_.atoms.compositor);
+  const auto root = Await(connection_, xcb_query_tree_reply, tree_cookie);
+  const auto check = Await(connection_, xcb_get_property_reply, check_cookie);
+  const auto compositor = Await(connection_, xcb_get_selection_owner_reply, compositor_cookie);
+  if (!root || !check || !compositor) {
+    auto nothing = std::make_shared<WindowTree>();
+    nothing->is_complete = false;
+    return nothing;
+  }
   TakeEvents(session.link());  // what happened before these answers
-  tree->is_composited = compositor->owner != XCB_NONE;
-  const uint32_t manager = ClientOf(connection, ReadCard32(*check).value_or(XCB_NONE));
-  const xcb_window_t* const children = xcb_query_tree_children(root.get());
-  std::vector<xcb_window_t> tops(children, children + xcb_query_tree_children_length(root.get()));
+  const bool is_composited = compositor->owner != XCB_NONE;
+  const uint32_t manager = ClientOf(connection_, ReadCard32(*check).value_or(XCB_NONE));
+  const std::span<const xcb_window_t> tops(xcb_query_tree_children(root.get()),
+                                           xcb_query_tree_children_length(root.get()));
   has_news_ = false;
-  if (IsStillSo(tops, tree->is_composited, manager)) return tree_;
+  if (IsStillSo(tops, is_composited, manager)) return tree_;
   tree_.reset();
   for (auto entry = entries_.begin(); entry != entries_.end();) {
     const bool is_gone = std::find(tops.begin(), tops.end(), entry->first) == tops.end();
@@ -74,6 +76,8 @@ std::shared_ptr<const WindowTree> WindowWatch::Query(const Session& session) {
   for (const xcb_window_t top : tops) entries_.try_emplace(top);
   manager_ = manager;
   has_changed_ = false;
+  auto tree = std::make_shared<WindowTree>();
+  tree->is_composited = is_composited;
   tree->is_complete = Renew(session);
   for (const xcb_window_t top : tops) {
     if (entries_.at(top).subtree) AppendTop(entries_.at(top), tree.get());
@@ -81,15 +85,14 @@ std::shared_ptr<const WindowTree> WindowWatch::Query(const Session& session) {
   // Those of connections that have no window any more are forgotten; now that would be a guess.
   if (!tree->is_complete) return tree;
   RememberNames(tree.get());
-  tops_ = std::move(tops);
   tree_ = tree;
   return tree;
 }
 
-bool WindowWatch::IsStillSo(const std::vector<xcb_window_t>& tops, bool is_composited,
+bool WindowWatch::IsStillSo(std::span<const xcb_window_t> tops, bool is_composited,
                             uint32_t manager) const {
-  return tree_ && !has_changed_ && tops == tops_ && is_composited == tree_->is_composited &&
-         manager == manager_;
+  return tree_ && !has_changed_ && is_composited == tree_->is_composited && manager == manager_ &&
+         std::ranges::equal(tops, tree_->tops, {}, {}, &TopWindow::id);
 }
 
 bool WindowWatch::Renew(const Session& session) {
@@ -129,7 +132,7 @@ void WindowWatch::Accept(Subtree subtree) {
   entry.has_lost_guest = false;
   entry.guests = std::move(guests);
   ForgetNodes(subtree.window.id, entry);
-  entry.nodes = subtree.nodes;
+  entry.nodes = std::move(subtree.nodes);
   for (const xcb_window_t node : entry.nodes) top_of_[node] = subtree.window.id;
   entry.subtree = std::move(subtree);
 }

@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <set>
+#include <span>
 #include <unordered_map>
 #include <utility>
 #include <vector>
@@ -76,7 +77,7 @@ class WindowWatch {
   void OnConfigured(const xcb_configure_notify_event_t& event);
   bool Matters(xcb_atom_t property) const;
   bool Renew(const Session& session);
-  bool IsStillSo(const std::vector<xcb_window_t>& tops, bool is_composited, uint32_t manager) const;
+  bool IsStillSo(std::span<const xcb_window_t> tops, bool is_composited, uint32_t manager) const;
   void Accept(Subtree subtree);
   void AppendTop(const Entry& entry, WindowTree* tree) const;
   void RememberNames(WindowTree* tree);
@@ -91,7 +92,6 @@ class WindowWatch {
   xcb_timestamp_t last_time_ = 0;
   bool has_news_ = false;
   bool has_changed_ = false;                // since the tree was made
-  std::vector<xcb_window_t> tops_;          // of the tree
   std::shared_ptr<const WindowTree> tree_;  // the last one that was complete
   std::set<xcb_window_t> distrusted_;
   std::map<uint32_t, std::vector<WindowFacts>> names_;  // of each connection
